@@ -114,30 +114,28 @@ typedef int32_t bcast_tltz_fast_fn(void *env, void *heap, const bdta3_col *src, 
 typedef int32_t bcast_tltz_fn(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
                               int32_t *err_codes, uint16_t *err_count, int16_t local_tz);
 
-/* Between temporal types. src_scale and dst_scale count fraction digits;
- * src_prec and dst_prec are not read. err_count may be null. The inner casts
- * round where round_flag is not 0 and dst_scale is below src_scale; type_code
- * is the target's: 15 time, 16 datetime, 22 time_tz, 23 datetime_tz. */
+/* Types with a scale. Between temporal types src_scale and dst_scale count
+ * fraction digits; of an interval the scale is its iv_word, the shape that the
+ * record ends with. src_prec and dst_prec are not read, but for a text target,
+ * where dst_prec is its length in bytes. The casts between temporal types allow
+ * err_count to be null. */
+typedef int32_t bcast_scaled_fn(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
+                                uint16_t src_prec, uint16_t src_scale, uint16_t dst_prec, uint16_t dst_scale);
+typedef int32_t bcast_scaled_capture_fn(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
+                                        uint16_t src_prec, uint16_t src_scale, uint16_t dst_prec, uint16_t dst_scale,
+                                        int32_t *err_codes, uint16_t *err_count);
+typedef int32_t bcast_scaled_text_fn(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
+                                     uint16_t src_prec, uint16_t src_scale, uint16_t dst_prec);
+
+/* The bodies of the casts between temporal types. They round where round_flag is
+ * not 0 and dst_scale is below src_scale; type_code is the target's: 15 time,
+ * 16 datetime, 22 time_tz, 23 datetime_tz. */
 typedef int32_t bcast_precise_fn(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
                                  uint16_t src_prec, uint16_t src_scale, uint16_t dst_prec, uint16_t dst_scale,
-                                 int32_t *err_codes, uint16_t *err_count);
-typedef int32_t bcast_precise_inner_fn(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
+                                 int32_t round_flag, int32_t *err_codes, uint16_t *err_count);
+typedef int32_t bcast_precise_typed_fn(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
                                        uint16_t src_prec, uint16_t src_scale, uint16_t dst_prec, uint16_t dst_scale,
-                                       int32_t round_flag, int32_t *err_codes, uint16_t *err_count);
-typedef int32_t bcast_precise_typed_inner_fn(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
-                                             uint16_t src_prec, uint16_t src_scale, uint16_t dst_prec,
-                                             uint16_t dst_scale, int32_t round_flag, int32_t *err_codes,
-                                             uint16_t *err_count, uint8_t type_code);
-
-/* To and from intervals. dst_scale is the target's iv_word; for a text target
- * src_scale is the source's iv_word and dst_prec the target's length in bytes. */
-typedef int32_t bcast_interval_fn(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
-                                  uint16_t src_prec, uint16_t src_scale, uint16_t dst_prec, uint16_t dst_scale);
-typedef int32_t bcast_interval_capture_fn(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
-                                          uint16_t src_prec, uint16_t src_scale, uint16_t dst_prec, uint16_t dst_scale,
-                                          int32_t *err_codes, uint16_t *err_count);
-typedef int32_t bcast_interval_text_fn(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
-                                       uint16_t src_prec, uint16_t src_scale, uint16_t dst_prec);
+                                       int32_t round_flag, int32_t *err_codes, uint16_t *err_count, uint8_t type_code);
 
 /* ---- The casts --------------------------------------------------------- */
 
@@ -301,16 +299,16 @@ bcast_plain_fn bcast_datetime_to_date;
 bcast_plain_fn bcast_datetime_tz_to_date;
 
 /* Between temporal types, rounded to the scale of the target */
-bcast_precise_fn bcast_precise_time_to_datetime, bcast_precise_time_to_datetime_tz, bcast_precise_time_to_time,
+bcast_scaled_capture_fn bcast_precise_time_to_datetime, bcast_precise_time_to_datetime_tz, bcast_precise_time_to_time,
     bcast_precise_time_to_time_tz;
-bcast_precise_fn bcast_precise_time_tz_to_datetime, bcast_precise_time_tz_to_time, bcast_precise_time_tz_to_time_tz,
-    bcast_precise_time_tz_to_tltz;
-bcast_precise_fn bcast_precise_datetime_to_datetime, bcast_precise_datetime_to_datetime_tz,
+bcast_scaled_capture_fn bcast_precise_time_tz_to_datetime, bcast_precise_time_tz_to_time,
+    bcast_precise_time_tz_to_time_tz, bcast_precise_time_tz_to_tltz;
+bcast_scaled_capture_fn bcast_precise_datetime_to_datetime, bcast_precise_datetime_to_datetime_tz,
     bcast_precise_datetime_to_time, bcast_precise_datetime_to_time_tz;
-bcast_precise_fn bcast_precise_datetime_tz_to_datetime, bcast_precise_datetime_tz_to_datetime_tz,
+bcast_scaled_capture_fn bcast_precise_datetime_tz_to_datetime, bcast_precise_datetime_tz_to_datetime_tz,
     bcast_precise_datetime_tz_to_time, bcast_precise_datetime_tz_to_tltz;
-bcast_precise_typed_inner_fn bcast_precise_dtz_to_dt_inner, bcast_precise_dt_to_tz_inner;
-bcast_precise_inner_fn bcast_precise_dtz_to_tltz_inner, bcast_precise_dtz_to_tz_inner;
+bcast_precise_typed_fn bcast_precise_dtz_to_dt_inner, bcast_precise_dt_to_tz_inner;
+bcast_precise_fn bcast_precise_dtz_to_tltz_inner, bcast_precise_dtz_to_tz_inner;
 
 /* Temporal values to text */
 bcast_plain_fn bcast_date_to_text, bcast_time_to_text, bcast_time_tz_to_text, bcast_datetime_to_text,
@@ -318,21 +316,21 @@ bcast_plain_fn bcast_date_to_text, bcast_time_to_text, bcast_time_tz_to_text, bc
 bcast_length_fn bcast_datetime_to_varchar_ex;
 
 /* To intervals */
-bcast_interval_fn bcast_tinyint_to_ivym, bcast_tinyint_to_ivdt, bcast_smallint_to_ivym, bcast_smallint_to_ivdt,
+bcast_scaled_fn bcast_tinyint_to_ivym, bcast_tinyint_to_ivdt, bcast_smallint_to_ivym, bcast_smallint_to_ivdt,
     bcast_int_to_ivym, bcast_int_to_ivdt, bcast_int64_to_ivym, bcast_int64_to_ivdt, bcast_dec_to_ivym,
     bcast_dec_to_ivdt;
-bcast_interval_capture_fn bcast_char_to_ivym, bcast_char_to_ivdt, bcast_varchar_to_ivym, bcast_varchar_to_ivdt,
+bcast_scaled_capture_fn bcast_char_to_ivym, bcast_char_to_ivdt, bcast_varchar_to_ivym, bcast_varchar_to_ivdt,
     bcast_varchar2_to_ivym, bcast_varchar2_to_ivdt;
-bcast_interval_fn bcast_iv_ym_to_ym, bcast_iv_dt_to_dt;
+bcast_scaled_fn bcast_iv_ym_to_ym, bcast_iv_dt_to_dt;
 
 /* Intervals to characters */
-bcast_interval_text_fn bcast_iv_ym_to_char, bcast_iv_ym_to_varchar, bcast_iv_ym_to_varchar2;
-bcast_interval_text_fn bcast_iv_dt_to_char, bcast_iv_dt_to_varchar, bcast_iv_dt_to_varchar2;
+bcast_scaled_text_fn bcast_iv_ym_to_char, bcast_iv_ym_to_varchar, bcast_iv_ym_to_varchar2;
+bcast_scaled_text_fn bcast_iv_dt_to_char, bcast_iv_dt_to_varchar, bcast_iv_dt_to_varchar2;
 
 /* Intervals to numbers do not exist: these return 1 and touch nothing */
-bcast_interval_fn bcast_iv_ym_to_tinyint, bcast_iv_ym_to_smallint, bcast_iv_ym_to_int, bcast_iv_ym_to_int64,
+bcast_scaled_fn bcast_iv_ym_to_tinyint, bcast_iv_ym_to_smallint, bcast_iv_ym_to_int, bcast_iv_ym_to_int64,
     bcast_iv_ym_to_dec;
-bcast_interval_fn bcast_iv_dt_to_tinyint, bcast_iv_dt_to_smallint, bcast_iv_dt_to_int, bcast_iv_dt_to_int64,
+bcast_scaled_fn bcast_iv_dt_to_tinyint, bcast_iv_dt_to_smallint, bcast_iv_dt_to_int, bcast_iv_dt_to_int64,
     bcast_iv_dt_to_dec;
 
 /* ---- Single values ----------------------------------------------------- */

@@ -1,0 +1,64 @@
+// What the benchmarks share: names, batches, and the pool that they are taken from.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <bcast/bcast.h>
+
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+// Rows of a pool. Batches are walked in turn, so that data comes from the second-level cache and the branch predictor
+// cannot learn where the nulls are.
+constexpr uint32_t pool_rows = 65536;
+
+enum class selection { none, sorted_half, random_half };
+
+// One series of measurements. `what` is a cast's name; `variant` is "cast" or what it is measured beside.
+struct series {
+    std::string what;
+    uint32_t batch_rows;
+    int null_percent;
+    selection sel;
+    bool unfit_nulls; // null slots hold values that the cast would refuse
+
+    std::string name(const char *variant) const;
+    // Rows that one batch gives.
+    uint32_t rows() const { return sel == selection::none ? batch_rows : batch_rows / 2; }
+    uint32_t batches() const { return pool_rows / batch_rows; }
+};
+
+// All series of a cast: batches of 4096 and 65535 rows, 0, 10 and 50 % nulls, each selection; the same without
+// selections.
+std::vector<series> all_series(const std::string &what, bool unfit_nulls);
+std::vector<series> dense_series(const std::string &what);
+
+// Flags of a pool with that share of nulls, and a selection for each batch.
+std::vector<uint8_t> make_flags(int null_percent);
+std::vector<uint16_t> make_selection(const series &s);
+
+// Registers `pass`, which casts every batch of a pool once, under the name of a series and a variant.
+void add(const series &s, const char *variant, std::function<void()> pass);
+
+// A column over arrays of the benchmark's own.
+struct column {
+    bdta3_col_data data{};
+    bdta3_col col{};
+
+    column(void *values, uint8_t *flags, const uint16_t *sel, bool no_null)
+    {
+        data.values = values;
+        data.flags = flags;
+        col.no_null = no_null;
+        col.sel = sel;
+        col.data = &data;
+    }
+};
+
+} // namespace bench

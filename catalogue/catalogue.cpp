@@ -1,0 +1,519 @@
+#include "catalogue/catalogue.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace bcast::catalogue {
+
+namespace {
+
+// The pattern of a cast is read off its declaration; a function that has none of these types does not compile.
+template <class Function> constexpr pattern pattern_of = Function::is_no_cast;
+template <> constexpr pattern pattern_of<bcast_plain_fn> = pattern::plain;
+template <> constexpr pattern pattern_of<bcast_capture_fn> = pattern::capture;
+template <> constexpr pattern pattern_of<bcast_length_fn> = pattern::length;
+template <> constexpr pattern pattern_of<bcast_length_capture_fn> = pattern::length_capture;
+template <> constexpr pattern pattern_of<bcast_direct_fn> = pattern::direct;
+template <> constexpr pattern pattern_of<bcast_int_low_fn> = pattern::int_low;
+template <> constexpr pattern pattern_of<bcast_int64_low_fn> = pattern::int64_low;
+template <> constexpr pattern pattern_of<bcast_date_fast_fn> = pattern::date_fast;
+template <> constexpr pattern pattern_of<bcast_tltz_fast_fn> = pattern::tltz_fast;
+template <> constexpr pattern pattern_of<bcast_tltz_fn> = pattern::tltz;
+template <> constexpr pattern pattern_of<bcast_scaled_fn> = pattern::scaled;
+template <> constexpr pattern pattern_of<bcast_scaled_capture_fn> = pattern::scaled_capture;
+template <> constexpr pattern pattern_of<bcast_scaled_text_fn> = pattern::scaled_text;
+template <> constexpr pattern pattern_of<bcast_precise_fn> = pattern::precise;
+template <> constexpr pattern pattern_of<bcast_precise_typed_fn> = pattern::precise_typed;
+
+using enum protocol;
+using enum no_null;
+
+struct entry {
+    std::string_view name;
+    pattern arguments;
+    bcast_type source;
+    bcast_type target;
+    catalogue::protocol protocol; // of an alias: its target's
+    catalogue::no_null no_null;
+    std::string_view alias_of = {};
+};
+
+// clang-format off
+#define CAST(name) #name, pattern_of<decltype(name)>
+#define ALIAS_OF(name) never_fails, never, #name
+// clang-format on
+
+constexpr auto entries = std::to_array<entry>({
+    // Integers among themselves
+    {CAST(bcast_tinyint_to_tinyint), BCAST_TINYINT, BCAST_TINYINT, never_fails, after},
+    {CAST(bcast_tinyint_to_smallint), BCAST_TINYINT, BCAST_SMALLINT, never_fails, after},
+    {CAST(bcast_tinyint_to_int), BCAST_TINYINT, BCAST_INT, never_fails, after},
+    {CAST(bcast_tinyint_to_int64), BCAST_TINYINT, BCAST_INT64, never_fails, after},
+    {CAST(bcast_smallint_to_tinyint), BCAST_SMALLINT, BCAST_TINYINT, stops, after},
+    {CAST(bcast_smallint_to_smallint), BCAST_SMALLINT, BCAST_SMALLINT, never_fails, after},
+    {CAST(bcast_smallint_to_int), BCAST_SMALLINT, BCAST_INT, never_fails, after},
+    {CAST(bcast_smallint_to_int64), BCAST_SMALLINT, BCAST_INT64, never_fails, after},
+    {CAST(bcast_int_to_tinyint), BCAST_INT, BCAST_TINYINT, stops, after},
+    {CAST(bcast_int_to_smallint), BCAST_INT, BCAST_SMALLINT, stops, after},
+    {CAST(bcast_int_to_int), BCAST_INT, BCAST_INT, never_fails, after},
+    {CAST(bcast_int_to_int64), BCAST_INT, BCAST_INT64, never_fails, after},
+    {CAST(bcast_int64_to_tinyint), BCAST_INT64, BCAST_TINYINT, stops, after},
+    {CAST(bcast_int64_to_smallint), BCAST_INT64, BCAST_SMALLINT, stops, after},
+    {CAST(bcast_int64_to_int), BCAST_INT64, BCAST_INT, stops, after},
+    {CAST(bcast_int64_to_int64), BCAST_INT64, BCAST_INT64, never_fails, after},
+
+    // Integers to characters
+    {CAST(bcast_tinyint_to_char), BCAST_TINYINT, BCAST_CHAR, stops, before},
+    {CAST(bcast_tinyint_to_varchar), BCAST_TINYINT, BCAST_VARCHAR, stops, before},
+    {CAST(bcast_tinyint_to_varchar2), BCAST_TINYINT, BCAST_VARCHAR2, ALIAS_OF(bcast_tinyint_to_char)},
+    {CAST(bcast_smallint_to_char), BCAST_SMALLINT, BCAST_CHAR, ALIAS_OF(bcast_int_to_char)},
+    {CAST(bcast_smallint_to_varchar), BCAST_SMALLINT, BCAST_VARCHAR, ALIAS_OF(bcast_int_to_varchar)},
+    {CAST(bcast_smallint_to_varchar2), BCAST_SMALLINT, BCAST_VARCHAR2, ALIAS_OF(bcast_int_to_char)},
+    {CAST(bcast_int_to_char), BCAST_INT, BCAST_CHAR, stops, before},
+    {CAST(bcast_int_to_varchar), BCAST_INT, BCAST_VARCHAR, stops, before},
+    {CAST(bcast_int_to_varchar2), BCAST_INT, BCAST_VARCHAR2, ALIAS_OF(bcast_int_to_char)},
+    {CAST(bcast_int64_to_char), BCAST_INT64, BCAST_CHAR, stops, before},
+    {CAST(bcast_int64_to_varchar), BCAST_INT64, BCAST_VARCHAR, stops, before},
+    {CAST(bcast_int64_to_varchar2), BCAST_INT64, BCAST_VARCHAR2, ALIAS_OF(bcast_int64_to_char)},
+
+    // Integers to text
+    {CAST(bcast_tinyint_to_text), BCAST_TINYINT, BCAST_TEXT, ALIAS_OF(bcast_int_to_text)},
+    {CAST(bcast_smallint_to_text), BCAST_SMALLINT, BCAST_TEXT, ALIAS_OF(bcast_int_to_text)},
+    {CAST(bcast_int_to_text), BCAST_INT, BCAST_TEXT, captures, before},
+    {CAST(bcast_int64_to_text), BCAST_INT64, BCAST_TEXT, captures, before},
+
+    // Integers to bytes, most significant first
+    {CAST(bcast_tinyint_to_binary), BCAST_TINYINT, BCAST_BINARY, ALIAS_OF(bcast_int_to_binary)},
+    {CAST(bcast_tinyint_to_varbinary), BCAST_TINYINT, BCAST_VARBINARY, stops, before},
+    {CAST(bcast_smallint_to_binary), BCAST_SMALLINT, BCAST_BINARY, ALIAS_OF(bcast_int_to_binary)},
+    {CAST(bcast_smallint_to_varbinary), BCAST_SMALLINT, BCAST_VARBINARY, never_fails, before},
+    {CAST(bcast_int_to_binary), BCAST_INT, BCAST_BINARY, never_fails, before},
+    {CAST(bcast_int_to_varbinary), BCAST_INT, BCAST_VARBINARY, never_fails, before},
+    {CAST(bcast_int64_to_binary), BCAST_INT64, BCAST_BINARY, never_fails, before},
+    {CAST(bcast_int64_to_varbinary), BCAST_INT64, BCAST_VARBINARY, never_fails, before},
+
+    // Integers to dec, float and double
+    {CAST(bcast_tinyint_to_dec), BCAST_TINYINT, BCAST_DEC, stops, after},
+    {CAST(bcast_smallint_to_dec), BCAST_SMALLINT, BCAST_DEC, stops, after},
+    {CAST(bcast_int_to_dec), BCAST_INT, BCAST_DEC, stops, after},
+    {CAST(bcast_int64_to_dec), BCAST_INT64, BCAST_DEC, stops, after},
+    {CAST(bcast_tinyint_to_float), BCAST_TINYINT, BCAST_FLOAT, never_fails, after},
+    {CAST(bcast_tinyint_to_double), BCAST_TINYINT, BCAST_DOUBLE, never_fails, after},
+    {CAST(bcast_smallint_to_float), BCAST_SMALLINT, BCAST_FLOAT, never_fails, after},
+    {CAST(bcast_smallint_to_double), BCAST_SMALLINT, BCAST_DOUBLE, never_fails, after},
+    {CAST(bcast_int_to_float), BCAST_INT, BCAST_FLOAT, never_fails, after},
+    {CAST(bcast_int_to_double), BCAST_INT, BCAST_DOUBLE, never_fails, after},
+    {CAST(bcast_int64_to_float), BCAST_INT64, BCAST_FLOAT, never_fails, after},
+    {CAST(bcast_int64_to_double), BCAST_INT64, BCAST_DOUBLE, never_fails, after},
+
+    // To boolean
+    {CAST(bcast_tinyint_to_boolean), BCAST_TINYINT, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_smallint_to_boolean), BCAST_SMALLINT, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_int_to_boolean), BCAST_INT, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_int64_to_boolean), BCAST_INT64, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_bit_to_boolean), BCAST_BIT, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_boolean_to_boolean), BCAST_BOOLEAN, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_null_to_boolean), BCAST_NULL, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_char_to_boolean), BCAST_CHAR, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_varchar_to_boolean), BCAST_VARCHAR, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_varbinary_to_boolean), BCAST_VARBINARY, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_dec_to_boolean), BCAST_DEC, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_float_to_boolean), BCAST_FLOAT, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_double_to_boolean), BCAST_DOUBLE, BCAST_BOOLEAN, stops, set},
+    {CAST(bcast_date_to_boolean), BCAST_DATE, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_time_to_boolean), BCAST_TIME, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_datetime_to_boolean), BCAST_DATETIME, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_iv_ym_to_boolean), BCAST_IVYM, BCAST_BOOLEAN, never_fails, set},
+    {CAST(bcast_iv_dt_to_boolean), BCAST_IVDT, BCAST_BOOLEAN, never_fails, set},
+
+    // From boolean
+    {CAST(bcast_boolean_to_tinyint), BCAST_BOOLEAN, BCAST_TINYINT, never_fails, after},
+    {CAST(bcast_boolean_to_smallint), BCAST_BOOLEAN, BCAST_SMALLINT, never_fails, after},
+    {CAST(bcast_boolean_to_int), BCAST_BOOLEAN, BCAST_INT, never_fails, after},
+    {CAST(bcast_boolean_to_int64), BCAST_BOOLEAN, BCAST_INT64, never_fails, after},
+
+    // To bit
+    {CAST(bcast_tinyint_to_bit), BCAST_TINYINT, BCAST_BIT, never_fails, after},
+    {CAST(bcast_smallint_to_bit), BCAST_SMALLINT, BCAST_BIT, never_fails, after},
+    {CAST(bcast_int_to_bit), BCAST_INT, BCAST_BIT, never_fails, after},
+    {CAST(bcast_int_to_varbit), BCAST_INT, BCAST_BIT, ALIAS_OF(bcast_int_to_bit)},
+    {CAST(bcast_int64_to_bit), BCAST_INT64, BCAST_BIT, never_fails, after},
+    {CAST(bcast_bit_to_bit), BCAST_BIT, BCAST_BIT, never_fails, after},
+    {CAST(bcast_char_to_bit), BCAST_CHAR, BCAST_BIT, stops, before},
+    {CAST(bcast_varchar2_to_bit), BCAST_VARCHAR2, BCAST_BIT, stops, never},
+    {CAST(bcast_dec_to_bit), BCAST_DEC, BCAST_BIT, never_fails, after},
+    {CAST(bcast_float_to_bit), BCAST_FLOAT, BCAST_BIT, never_fails, after},
+    {CAST(bcast_double_to_bit), BCAST_DOUBLE, BCAST_BIT, stops, after},
+    {CAST(bcast_varchar_to_bit), BCAST_VARCHAR, BCAST_BIT, captures, only_cleared},
+
+    // From bit
+    {CAST(bcast_bit_to_tinyint), BCAST_BIT, BCAST_TINYINT, never_fails, after},
+    {CAST(bcast_bit_to_smallint), BCAST_BIT, BCAST_SMALLINT, never_fails, after},
+    {CAST(bcast_bit_to_int), BCAST_BIT, BCAST_INT, never_fails, after},
+    {CAST(bcast_bit_to_int64), BCAST_BIT, BCAST_INT64, never_fails, after},
+    {CAST(bcast_bit_to_float), BCAST_BIT, BCAST_FLOAT, never_fails, after},
+    {CAST(bcast_bit_to_double), BCAST_BIT, BCAST_DOUBLE, never_fails, after},
+    {CAST(bcast_bit_to_dec), BCAST_BIT, BCAST_DEC, stops, after},
+    {CAST(bcast_bit_to_char), BCAST_BIT, BCAST_CHAR, stops, before},
+    {CAST(bcast_bit_to_varchar), BCAST_BIT, BCAST_VARCHAR, stops, before},
+    {CAST(bcast_bit_to_varchar2), BCAST_BIT, BCAST_VARCHAR2, ALIAS_OF(bcast_bit_to_char)},
+
+    // To null
+    {CAST(bcast_tinyint_to_null), BCAST_TINYINT, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_smallint_to_null), BCAST_SMALLINT, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_int_to_null), BCAST_INT, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_int64_to_null), BCAST_INT64, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_bit_to_null), BCAST_BIT, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_boolean_to_null), BCAST_BOOLEAN, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_null_to_null), BCAST_NULL, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_char_to_null), BCAST_CHAR, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_varchar_to_null), BCAST_VARCHAR, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_varchar2_to_null), BCAST_VARCHAR2, BCAST_NULL, ALIAS_OF(bcast_varchar_to_null)},
+    {CAST(bcast_binary_to_null), BCAST_BINARY, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_varbinary_to_null), BCAST_VARBINARY, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_text_to_null), BCAST_TEXT, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_blob_to_null), BCAST_BLOB, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_dec_to_null), BCAST_DEC, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_float_to_null), BCAST_FLOAT, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_double_to_null), BCAST_DOUBLE, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_date_to_null), BCAST_DATE, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_time_to_null), BCAST_TIME, BCAST_NULL, never_fails, never},
+    {CAST(bcast_time_tz_to_null), BCAST_TIME_TZ, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_datetime_to_null), BCAST_DATETIME, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_datetime_tz_to_null), BCAST_DATETIME_TZ, BCAST_NULL, never_fails, never},
+    {CAST(bcast_iv_ym_to_null), BCAST_IVYM, BCAST_NULL, never_fails, clear},
+    {CAST(bcast_iv_dt_to_null), BCAST_IVDT, BCAST_NULL, never_fails, clear},
+
+    // From null
+    {CAST(bcast_null_to_tinyint), BCAST_NULL, BCAST_TINYINT, ALIAS_OF(bcast_null_to_int)},
+    {CAST(bcast_null_to_smallint), BCAST_NULL, BCAST_SMALLINT, ALIAS_OF(bcast_null_to_int)},
+    {CAST(bcast_null_to_int), BCAST_NULL, BCAST_INT, never_fails, clear},
+    {CAST(bcast_null_to_int64), BCAST_NULL, BCAST_INT64, never_fails, clear},
+    {CAST(bcast_null_to_bit), BCAST_NULL, BCAST_BIT, never_fails, clear},
+    {CAST(bcast_null_to_float), BCAST_NULL, BCAST_FLOAT, never_fails, clear},
+    {CAST(bcast_null_to_double), BCAST_NULL, BCAST_DOUBLE, never_fails, clear},
+    {CAST(bcast_null_to_date), BCAST_NULL, BCAST_DATE, never_fails, clear},
+    {CAST(bcast_null_to_time), BCAST_NULL, BCAST_TIME, ALIAS_OF(bcast_null_to_date)},
+    {CAST(bcast_null_to_time_tz), BCAST_NULL, BCAST_TIME_TZ, ALIAS_OF(bcast_null_to_date)},
+    {CAST(bcast_null_to_datetime), BCAST_NULL, BCAST_DATETIME, ALIAS_OF(bcast_null_to_date)},
+    {CAST(bcast_null_to_datetime_tz), BCAST_NULL, BCAST_DATETIME_TZ, ALIAS_OF(bcast_null_to_date)},
+    {CAST(bcast_null_to_ivym), BCAST_NULL, BCAST_IVYM, never_fails, clear},
+    {CAST(bcast_null_to_ivdt), BCAST_NULL, BCAST_IVDT, never_fails, clear},
+    {CAST(bcast_null_to_dec), BCAST_NULL, BCAST_DEC, never_fails, clear},
+    {CAST(bcast_null_to_char), BCAST_NULL, BCAST_CHAR, never_fails, clear},
+    {CAST(bcast_null_to_varchar), BCAST_NULL, BCAST_VARCHAR, ALIAS_OF(bcast_null_to_char)},
+    {CAST(bcast_null_to_varchar2), BCAST_NULL, BCAST_VARCHAR2, ALIAS_OF(bcast_null_to_char)},
+    {CAST(bcast_null_to_binary), BCAST_NULL, BCAST_BINARY, ALIAS_OF(bcast_null_to_char)},
+    {CAST(bcast_null_to_varbinary), BCAST_NULL, BCAST_VARBINARY, ALIAS_OF(bcast_null_to_char)},
+    {CAST(bcast_null_to_text), BCAST_NULL, BCAST_TEXT, ALIAS_OF(bcast_null_to_char)},
+    {CAST(bcast_null_to_blob), BCAST_NULL, BCAST_BLOB, ALIAS_OF(bcast_null_to_char)},
+
+    // Characters to characters
+    {CAST(bcast_char_to_char), BCAST_CHAR, BCAST_CHAR, ALIAS_OF(bcast_varchar_to_char)},
+    {CAST(bcast_char_to_varchar), BCAST_CHAR, BCAST_VARCHAR, ALIAS_OF(bcast_varchar_to_varchar)},
+    {CAST(bcast_char_to_varchar2), BCAST_CHAR, BCAST_VARCHAR2, ALIAS_OF(bcast_varchar_to_char)},
+    {CAST(bcast_varchar_to_char), BCAST_VARCHAR, BCAST_CHAR, captures, after},
+    {CAST(bcast_varchar_to_varchar), BCAST_VARCHAR, BCAST_VARCHAR, captures, after},
+    {CAST(bcast_varchar_to_varchar2), BCAST_VARCHAR, BCAST_VARCHAR2, ALIAS_OF(bcast_varchar_to_char)},
+    {CAST(bcast_varchar2_to_char), BCAST_VARCHAR2, BCAST_CHAR, ALIAS_OF(bcast_varchar_to_char)},
+    {CAST(bcast_varchar2_to_varchar), BCAST_VARCHAR2, BCAST_VARCHAR, ALIAS_OF(bcast_varchar_to_varchar)},
+    {CAST(bcast_varchar2_to_varchar2), BCAST_VARCHAR2, BCAST_VARCHAR2, ALIAS_OF(bcast_varchar_to_char)},
+    {CAST(bcast_varchar_to_char_explicit), BCAST_VARCHAR, BCAST_CHAR, stops, before},
+    {CAST(bcast_varchar_to_varchar_explicit), BCAST_VARCHAR, BCAST_VARCHAR, stops, before},
+
+    // Characters to integers
+    {CAST(bcast_char_to_tinyint), BCAST_CHAR, BCAST_TINYINT, stops, before},
+    {CAST(bcast_char_to_smallint), BCAST_CHAR, BCAST_SMALLINT, stops, before},
+    {CAST(bcast_char_to_int), BCAST_CHAR, BCAST_INT, stops, before},
+    {CAST(bcast_char_to_int64), BCAST_CHAR, BCAST_INT64, stops, before},
+    {CAST(bcast_varchar2_to_tinyint), BCAST_VARCHAR2, BCAST_TINYINT, stops, before},
+    {CAST(bcast_varchar2_to_smallint), BCAST_VARCHAR2, BCAST_SMALLINT, stops, before},
+    {CAST(bcast_varchar2_to_int), BCAST_VARCHAR2, BCAST_INT, stops, before},
+    {CAST(bcast_varchar2_to_int64), BCAST_VARCHAR2, BCAST_INT64, stops, before},
+    {CAST(bcast_varchar_to_tinyint), BCAST_VARCHAR, BCAST_TINYINT, captures, before},
+    {CAST(bcast_varchar_to_smallint), BCAST_VARCHAR, BCAST_SMALLINT, captures, before},
+    {CAST(bcast_varchar_to_int), BCAST_VARCHAR, BCAST_INT, captures, before},
+    {CAST(bcast_varchar_to_int64), BCAST_VARCHAR, BCAST_INT64, captures, before},
+
+    // Characters to integers, for a comparison
+    {CAST(bcast_varchar_to_int_directly), BCAST_VARCHAR, BCAST_INT, stops, before},
+    {CAST(bcast_varchar_to_int64_directly), BCAST_VARCHAR, BCAST_INT64, stops, before},
+    {CAST(bcast_varchar_to_int_directly_low), BCAST_VARCHAR, BCAST_INT, stops, never},
+    {CAST(bcast_varchar_to_int64_directly_low), BCAST_VARCHAR, BCAST_INT64, stops, never},
+
+    // Characters to dec, float and double
+    {CAST(bcast_char_to_dec), BCAST_CHAR, BCAST_DEC, stops, before},
+    {CAST(bcast_varchar2_to_dec), BCAST_VARCHAR2, BCAST_DEC, stops, before},
+    {CAST(bcast_char_to_float), BCAST_CHAR, BCAST_FLOAT, stops, before},
+    {CAST(bcast_char_to_double), BCAST_CHAR, BCAST_DOUBLE, stops, before},
+    {CAST(bcast_varchar2_to_float), BCAST_VARCHAR2, BCAST_FLOAT, stops, before},
+    {CAST(bcast_varchar2_to_double), BCAST_VARCHAR2, BCAST_DOUBLE, stops, before},
+    {CAST(bcast_varchar_to_dec), BCAST_VARCHAR, BCAST_DEC, captures, before},
+    {CAST(bcast_varchar_to_float), BCAST_VARCHAR, BCAST_FLOAT, captures, before},
+    {CAST(bcast_varchar_to_double), BCAST_VARCHAR, BCAST_DOUBLE, captures, before},
+
+    // Characters to bfile
+    {CAST(bcast_varchar_to_bfile), BCAST_VARCHAR, BCAST_BFILE, captures, before},
+
+    // Characters to text and blob
+    {CAST(bcast_varchar_to_text), BCAST_VARCHAR, BCAST_TEXT, ALIAS_OF(bcast_varchar_to_blob)},
+    {CAST(bcast_varchar_to_blob), BCAST_VARCHAR, BCAST_BLOB, captures, before},
+
+    // Hexadecimal text to binary
+    {CAST(bcast_char_to_binary), BCAST_CHAR, BCAST_BINARY, ALIAS_OF(bcast_hex_varchar_to_binary)},
+    {CAST(bcast_char_to_varbinary), BCAST_CHAR, BCAST_VARBINARY, ALIAS_OF(bcast_hex_varchar_to_varbinary)},
+    {CAST(bcast_varchar_to_binary), BCAST_VARCHAR, BCAST_BINARY, ALIAS_OF(bcast_hex_varchar_to_binary)},
+    {CAST(bcast_varchar_to_varbinary), BCAST_VARCHAR, BCAST_VARBINARY, ALIAS_OF(bcast_hex_varchar_to_varbinary)},
+    {CAST(bcast_varchar2_to_binary), BCAST_VARCHAR2, BCAST_BINARY, ALIAS_OF(bcast_hex_varchar_to_binary)},
+    {CAST(bcast_varchar2_to_varbinary), BCAST_VARCHAR2, BCAST_VARBINARY, ALIAS_OF(bcast_hex_varchar_to_varbinary)},
+    {CAST(bcast_hex_char_to_binary), BCAST_CHAR, BCAST_BINARY, ALIAS_OF(bcast_hex_varchar_to_binary)},
+    {CAST(bcast_hex_char_to_varbinary), BCAST_CHAR, BCAST_VARBINARY, ALIAS_OF(bcast_hex_varchar_to_varbinary)},
+    {CAST(bcast_hex_varchar_to_binary), BCAST_VARCHAR, BCAST_BINARY, captures, before},
+    {CAST(bcast_hex_varchar_to_binary_explicit), BCAST_VARCHAR, BCAST_BINARY, captures, before},
+    {CAST(bcast_hex_varchar_to_varbinary), BCAST_VARCHAR, BCAST_VARBINARY, captures, before},
+    {CAST(bcast_hex_varchar_to_varbinary_explicit), BCAST_VARCHAR, BCAST_VARBINARY, captures, before},
+
+    // Binary to hexadecimal text
+    {CAST(bcast_binary_to_char), BCAST_BINARY, BCAST_CHAR, ALIAS_OF(bcast_varbinary_to_char)},
+    {CAST(bcast_binary_to_varchar), BCAST_BINARY, BCAST_VARCHAR, ALIAS_OF(bcast_varbinary_to_varchar)},
+    {CAST(bcast_binary_to_varchar2), BCAST_BINARY, BCAST_VARCHAR2, ALIAS_OF(bcast_varbinary_to_char)},
+    {CAST(bcast_varbinary_to_char), BCAST_VARBINARY, BCAST_CHAR, captures, before},
+    {CAST(bcast_varbinary_to_varchar), BCAST_VARBINARY, BCAST_VARCHAR, captures, before},
+    {CAST(bcast_varbinary_to_varchar2), BCAST_VARBINARY, BCAST_VARCHAR2, ALIAS_OF(bcast_varbinary_to_char)},
+    {CAST(bcast_binary_to_hex_char), BCAST_BINARY, BCAST_CHAR, ALIAS_OF(bcast_varbinary_to_hex_char)},
+    {CAST(bcast_binary_to_hex_varchar), BCAST_BINARY, BCAST_VARCHAR, ALIAS_OF(bcast_varbinary_to_hex_varchar)},
+    {CAST(bcast_binary_to_hex_varchar2), BCAST_BINARY, BCAST_VARCHAR2, ALIAS_OF(bcast_varbinary_to_hex_char)},
+    {CAST(bcast_varbinary_to_char_explicit), BCAST_VARBINARY, BCAST_CHAR, stops, before},
+    {CAST(bcast_varbinary_to_varchar_explicit), BCAST_VARBINARY, BCAST_VARCHAR, stops, before},
+    {CAST(bcast_varbinary_to_hex_char), BCAST_VARBINARY, BCAST_CHAR, stops, before},
+    {CAST(bcast_varbinary_to_hex_varchar), BCAST_VARBINARY, BCAST_VARCHAR, stops, before},
+    {CAST(bcast_varbinary_to_hex_varchar2), BCAST_VARBINARY, BCAST_VARCHAR2, ALIAS_OF(bcast_varbinary_to_hex_char)},
+
+    // Binary to numbers
+    {CAST(bcast_binary_to_tinyint), BCAST_BINARY, BCAST_TINYINT, stops, after},
+    {CAST(bcast_binary_to_smallint), BCAST_BINARY, BCAST_SMALLINT, stops, after},
+    {CAST(bcast_binary_to_int), BCAST_BINARY, BCAST_INT, stops, after},
+    {CAST(bcast_binary_to_int64), BCAST_BINARY, BCAST_INT64, stops, after},
+    {CAST(bcast_binary_to_float), BCAST_BINARY, BCAST_FLOAT, stops, after},
+    {CAST(bcast_binary_to_double), BCAST_BINARY, BCAST_DOUBLE, stops, after},
+    {CAST(bcast_binary_to_dec), BCAST_BINARY, BCAST_DEC, stops, after},
+    {CAST(bcast_varbinary_to_tinyint), BCAST_VARBINARY, BCAST_TINYINT, captures, after},
+    {CAST(bcast_varbinary_to_smallint), BCAST_VARBINARY, BCAST_SMALLINT, captures, after},
+    {CAST(bcast_varbinary_to_int), BCAST_VARBINARY, BCAST_INT, captures, after},
+    {CAST(bcast_varbinary_to_int64), BCAST_VARBINARY, BCAST_INT64, captures, after},
+    {CAST(bcast_varbinary_to_dec), BCAST_VARBINARY, BCAST_DEC, captures, after},
+
+    // Binary to binary
+    {CAST(bcast_binary_to_binary), BCAST_BINARY, BCAST_BINARY, ALIAS_OF(bcast_varbinary_to_binary)},
+    {CAST(bcast_binary_to_varbinary), BCAST_BINARY, BCAST_VARBINARY, ALIAS_OF(bcast_varchar_to_varchar)},
+    {CAST(bcast_varbinary_to_binary), BCAST_VARBINARY, BCAST_BINARY, captures, before},
+    {CAST(bcast_varbinary_to_varbinary), BCAST_VARBINARY, BCAST_VARBINARY, ALIAS_OF(bcast_varchar_to_varchar)},
+    {CAST(bcast_varbinary_to_binary_explicit), BCAST_VARBINARY, BCAST_BINARY, never_fails, before},
+
+    // Binary to text and blob
+    {CAST(bcast_binary_to_text), BCAST_BINARY, BCAST_TEXT, stops, before},
+    {CAST(bcast_binary_to_blob), BCAST_BINARY, BCAST_BLOB, stops, before},
+
+    // Large objects to each other
+    {CAST(bcast_text_to_text), BCAST_TEXT, BCAST_TEXT, stops, after},
+    {CAST(bcast_text_to_blob), BCAST_TEXT, BCAST_BLOB, refused, never},
+    {CAST(bcast_blob_to_blob), BCAST_BLOB, BCAST_BLOB, stops, after},
+
+    // dec, double and float to numbers
+    {CAST(bcast_dec_to_tinyint), BCAST_DEC, BCAST_TINYINT, stops, after},
+    {CAST(bcast_dec_to_smallint), BCAST_DEC, BCAST_SMALLINT, stops, after},
+    {CAST(bcast_dec_to_int), BCAST_DEC, BCAST_INT, stops, after},
+    {CAST(bcast_dec_to_int64), BCAST_DEC, BCAST_INT64, stops, after},
+    {CAST(bcast_dec_to_double), BCAST_DEC, BCAST_DOUBLE, stops, after},
+    {CAST(bcast_dec_to_float), BCAST_DEC, BCAST_FLOAT, stops, after},
+    {CAST(bcast_double_to_tinyint), BCAST_DOUBLE, BCAST_TINYINT, stops, after},
+    {CAST(bcast_double_to_smallint), BCAST_DOUBLE, BCAST_SMALLINT, stops, after},
+    {CAST(bcast_double_to_int), BCAST_DOUBLE, BCAST_INT, stops, after},
+    {CAST(bcast_double_to_int64), BCAST_DOUBLE, BCAST_INT64, stops, after},
+    {CAST(bcast_double_to_double), BCAST_DOUBLE, BCAST_DOUBLE, stops, after},
+    {CAST(bcast_double_to_float), BCAST_DOUBLE, BCAST_FLOAT, stops, after},
+    {CAST(bcast_float_to_tinyint), BCAST_FLOAT, BCAST_TINYINT, stops, after},
+    {CAST(bcast_float_to_smallint), BCAST_FLOAT, BCAST_SMALLINT, stops, after},
+    {CAST(bcast_float_to_int), BCAST_FLOAT, BCAST_INT, stops, after},
+    {CAST(bcast_float_to_int64), BCAST_FLOAT, BCAST_INT64, stops, after},
+    {CAST(bcast_float_to_double), BCAST_FLOAT, BCAST_DOUBLE, never_fails, after},
+    {CAST(bcast_float_to_float), BCAST_FLOAT, BCAST_FLOAT, never_fails, after},
+    {CAST(bcast_dec_to_dec), BCAST_DEC, BCAST_DEC, stops, after},
+    {CAST(bcast_double_to_dec), BCAST_DOUBLE, BCAST_DEC, stops, after},
+    {CAST(bcast_float_to_dec), BCAST_FLOAT, BCAST_DEC, stops, after},
+
+    // dec, double and float to characters and text
+    {CAST(bcast_dec_to_char), BCAST_DEC, BCAST_CHAR, stops, before},
+    {CAST(bcast_dec_to_varchar), BCAST_DEC, BCAST_VARCHAR, stops, before},
+    {CAST(bcast_dec_to_varchar2), BCAST_DEC, BCAST_VARCHAR2, ALIAS_OF(bcast_dec_to_char)},
+    {CAST(bcast_double_to_char), BCAST_DOUBLE, BCAST_CHAR, stops, before},
+    {CAST(bcast_double_to_varchar), BCAST_DOUBLE, BCAST_VARCHAR, stops, before},
+    {CAST(bcast_double_to_varchar2), BCAST_DOUBLE, BCAST_VARCHAR2, ALIAS_OF(bcast_double_to_char)},
+    {CAST(bcast_float_to_char), BCAST_FLOAT, BCAST_CHAR, stops, before},
+    {CAST(bcast_float_to_varchar), BCAST_FLOAT, BCAST_VARCHAR, stops, before},
+    {CAST(bcast_float_to_varchar2), BCAST_FLOAT, BCAST_VARCHAR2, ALIAS_OF(bcast_float_to_char)},
+    {CAST(bcast_dec_to_text), BCAST_DEC, BCAST_TEXT, stops, before},
+    {CAST(bcast_double_to_text), BCAST_DOUBLE, BCAST_TEXT, stops, before},
+    {CAST(bcast_float_to_text), BCAST_FLOAT, BCAST_TEXT, stops, before},
+
+    // Characters to temporal values
+    {CAST(bcast_char_to_date_fast), BCAST_CHAR, BCAST_DATE, captures, before},
+    {CAST(bcast_char_to_tltz_fast), BCAST_CHAR, BCAST_DATETIME_TZ, captures, before},
+    {CAST(bcast_varchar_to_timestamp_local_time_zone), BCAST_VARCHAR, BCAST_DATETIME_TZ, captures, before},
+    {CAST(bcast_varchar2_to_date), BCAST_VARCHAR2, BCAST_DATE, stops, before},
+
+    // Integers to temporal values
+    {CAST(bcast_tinyint_to_date), BCAST_TINYINT, BCAST_DATE, stops, after},
+    {CAST(bcast_tinyint_to_time), BCAST_TINYINT, BCAST_TIME, stops, after},
+    {CAST(bcast_tinyint_to_datetime), BCAST_TINYINT, BCAST_DATETIME, stops, after},
+    {CAST(bcast_smallint_to_date), BCAST_SMALLINT, BCAST_DATE, stops, after},
+    {CAST(bcast_smallint_to_time), BCAST_SMALLINT, BCAST_TIME, stops, after},
+    {CAST(bcast_smallint_to_datetime), BCAST_SMALLINT, BCAST_DATETIME, stops, after},
+    {CAST(bcast_int_to_date), BCAST_INT, BCAST_DATE, stops, after},
+    {CAST(bcast_int_to_time), BCAST_INT, BCAST_TIME, stops, after},
+    {CAST(bcast_int_to_datetime), BCAST_INT, BCAST_DATETIME, stops, after},
+    {CAST(bcast_int64_to_date), BCAST_INT64, BCAST_DATE, stops, after},
+    {CAST(bcast_int64_to_time), BCAST_INT64, BCAST_TIME, stops, after},
+    {CAST(bcast_int64_to_datetime), BCAST_INT64, BCAST_DATETIME, stops, after},
+
+    // Between temporal types, at the precision that the value has
+    {CAST(bcast_date_to_date), BCAST_DATE, BCAST_DATE, never_fails, after},
+    {CAST(bcast_date_to_time), BCAST_DATE, BCAST_TIME, ALIAS_OF(bcast_date_to_date)},
+    {CAST(bcast_date_to_datetime), BCAST_DATE, BCAST_DATETIME, ALIAS_OF(bcast_date_to_date)},
+    {CAST(bcast_date_to_datetime_tz), BCAST_DATE, BCAST_DATETIME_TZ, never_fails, after},
+    {CAST(bcast_datetime_to_date), BCAST_DATETIME, BCAST_DATE, never_fails, after},
+    {CAST(bcast_datetime_tz_to_date), BCAST_DATETIME_TZ, BCAST_DATE, ALIAS_OF(bcast_date_to_date)},
+
+    // Between temporal types, rounded to the scale of the target
+    {CAST(bcast_precise_time_to_datetime), BCAST_TIME, BCAST_DATETIME, captures, after},
+    {CAST(bcast_precise_time_to_datetime_tz), BCAST_TIME, BCAST_DATETIME_TZ, captures, after},
+    {CAST(bcast_precise_time_to_time), BCAST_TIME, BCAST_TIME, captures, after},
+    {CAST(bcast_precise_time_to_time_tz), BCAST_TIME, BCAST_TIME_TZ, captures, after},
+    {CAST(bcast_precise_time_tz_to_datetime), BCAST_TIME_TZ, BCAST_DATETIME, captures, after},
+    {CAST(bcast_precise_time_tz_to_time), BCAST_TIME_TZ, BCAST_TIME, captures, after},
+    {CAST(bcast_precise_time_tz_to_time_tz), BCAST_TIME_TZ, BCAST_TIME_TZ, captures, after},
+    {CAST(bcast_precise_time_tz_to_tltz), BCAST_TIME_TZ, BCAST_DATETIME_TZ, captures, after},
+    {CAST(bcast_precise_datetime_to_datetime), BCAST_DATETIME, BCAST_DATETIME, captures, after},
+    {CAST(bcast_precise_datetime_to_datetime_tz), BCAST_DATETIME, BCAST_DATETIME_TZ, captures, after},
+    {CAST(bcast_precise_datetime_to_time), BCAST_DATETIME, BCAST_TIME, captures, after},
+    {CAST(bcast_precise_datetime_to_time_tz), BCAST_DATETIME, BCAST_TIME_TZ, captures, after},
+    {CAST(bcast_precise_datetime_tz_to_datetime), BCAST_DATETIME_TZ, BCAST_DATETIME, captures, after},
+    {CAST(bcast_precise_datetime_tz_to_datetime_tz), BCAST_DATETIME_TZ, BCAST_DATETIME_TZ, captures, after},
+    {CAST(bcast_precise_datetime_tz_to_time), BCAST_DATETIME_TZ, BCAST_TIME, captures, after},
+    {CAST(bcast_precise_datetime_tz_to_tltz), BCAST_DATETIME_TZ, BCAST_DATETIME_TZ, captures, after},
+    {CAST(bcast_precise_dtz_to_dt_inner), BCAST_DATETIME_TZ, BCAST_DATETIME, captures, after},
+    {CAST(bcast_precise_dt_to_tz_inner), BCAST_DATETIME, BCAST_DATETIME_TZ, captures, after},
+    {CAST(bcast_precise_dtz_to_tltz_inner), BCAST_DATETIME_TZ, BCAST_DATETIME_TZ, captures, after},
+    {CAST(bcast_precise_dtz_to_tz_inner), BCAST_DATETIME_TZ, BCAST_DATETIME_TZ, captures, after},
+
+    // Temporal values to text
+    {CAST(bcast_date_to_text), BCAST_DATE, BCAST_TEXT, stops, before},
+    {CAST(bcast_time_to_text), BCAST_TIME, BCAST_TEXT, stops, before},
+    {CAST(bcast_time_tz_to_text), BCAST_TIME_TZ, BCAST_TEXT, stops, before},
+    {CAST(bcast_datetime_to_text), BCAST_DATETIME, BCAST_TEXT, stops, before},
+    {CAST(bcast_datetime_tz_to_text), BCAST_DATETIME_TZ, BCAST_TEXT, stops, before},
+    {CAST(bcast_datetime_to_varchar_ex), BCAST_DATETIME, BCAST_VARCHAR, stops, before},
+
+    // To intervals
+    {CAST(bcast_tinyint_to_ivym), BCAST_TINYINT, BCAST_IVYM, ALIAS_OF(bcast_int_to_ivym)},
+    {CAST(bcast_tinyint_to_ivdt), BCAST_TINYINT, BCAST_IVDT, ALIAS_OF(bcast_int_to_ivdt)},
+    {CAST(bcast_smallint_to_ivym), BCAST_SMALLINT, BCAST_IVYM, ALIAS_OF(bcast_int_to_ivym)},
+    {CAST(bcast_smallint_to_ivdt), BCAST_SMALLINT, BCAST_IVDT, ALIAS_OF(bcast_int_to_ivdt)},
+    {CAST(bcast_int_to_ivym), BCAST_INT, BCAST_IVYM, stops, after},
+    {CAST(bcast_int_to_ivdt), BCAST_INT, BCAST_IVDT, stops, after},
+    {CAST(bcast_int64_to_ivym), BCAST_INT64, BCAST_IVYM, stops, after},
+    {CAST(bcast_int64_to_ivdt), BCAST_INT64, BCAST_IVDT, stops, after},
+    {CAST(bcast_dec_to_ivym), BCAST_DEC, BCAST_IVYM, stops, after},
+    {CAST(bcast_dec_to_ivdt), BCAST_DEC, BCAST_IVDT, stops, after},
+    {CAST(bcast_char_to_ivym), BCAST_CHAR, BCAST_IVYM, captures, only_cleared},
+    {CAST(bcast_char_to_ivdt), BCAST_CHAR, BCAST_IVDT, captures, only_cleared},
+    {CAST(bcast_varchar_to_ivym), BCAST_VARCHAR, BCAST_IVYM, ALIAS_OF(bcast_char_to_ivym)},
+    {CAST(bcast_varchar_to_ivdt), BCAST_VARCHAR, BCAST_IVDT, ALIAS_OF(bcast_char_to_ivdt)},
+    {CAST(bcast_varchar2_to_ivym), BCAST_VARCHAR2, BCAST_IVYM, ALIAS_OF(bcast_char_to_ivym)},
+    {CAST(bcast_varchar2_to_ivdt), BCAST_VARCHAR2, BCAST_IVDT, ALIAS_OF(bcast_char_to_ivdt)},
+    {CAST(bcast_iv_ym_to_ym), BCAST_IVYM, BCAST_IVYM, stops, after},
+    {CAST(bcast_iv_dt_to_dt), BCAST_IVDT, BCAST_IVDT, stops, after},
+
+    // Intervals to characters
+    {CAST(bcast_iv_ym_to_char), BCAST_IVYM, BCAST_CHAR, stops, before},
+    {CAST(bcast_iv_ym_to_varchar), BCAST_IVYM, BCAST_VARCHAR, stops, before},
+    {CAST(bcast_iv_ym_to_varchar2), BCAST_IVYM, BCAST_VARCHAR2, ALIAS_OF(bcast_iv_ym_to_char)},
+    {CAST(bcast_iv_dt_to_char), BCAST_IVDT, BCAST_CHAR, stops, before},
+    {CAST(bcast_iv_dt_to_varchar), BCAST_IVDT, BCAST_VARCHAR, stops, before},
+    {CAST(bcast_iv_dt_to_varchar2), BCAST_IVDT, BCAST_VARCHAR2, ALIAS_OF(bcast_iv_dt_to_char)},
+
+    // Intervals to numbers do not exist
+    {CAST(bcast_iv_ym_to_tinyint), BCAST_IVYM, BCAST_TINYINT, absent, never},
+    {CAST(bcast_iv_ym_to_smallint), BCAST_IVYM, BCAST_SMALLINT, absent, never},
+    {CAST(bcast_iv_ym_to_int), BCAST_IVYM, BCAST_INT, absent, never},
+    {CAST(bcast_iv_ym_to_int64), BCAST_IVYM, BCAST_INT64, absent, never},
+    {CAST(bcast_iv_ym_to_dec), BCAST_IVYM, BCAST_DEC, absent, never},
+    {CAST(bcast_iv_dt_to_tinyint), BCAST_IVDT, BCAST_TINYINT, absent, never},
+    {CAST(bcast_iv_dt_to_smallint), BCAST_IVDT, BCAST_SMALLINT, absent, never},
+    {CAST(bcast_iv_dt_to_int), BCAST_IVDT, BCAST_INT, absent, never},
+    {CAST(bcast_iv_dt_to_int64), BCAST_IVDT, BCAST_INT64, absent, never},
+    {CAST(bcast_iv_dt_to_dec), BCAST_IVDT, BCAST_DEC, absent, never},
+});
+
+#undef CAST
+#undef ALIAS_OF
+
+consteval auto with_aliases_resolved()
+{
+    std::array<cast, entries.size()> all{};
+    for (size_t k = 0; k < entries.size(); k++) {
+        const entry &own = entries[k];
+        const entry *body = &own;
+        if (!own.alias_of.empty()) {
+            body = std::find_if(entries.begin(), entries.end(), [&](const entry &e) { return e.name == own.alias_of; });
+            if (body == entries.end() || !body->alias_of.empty() || body->arguments != own.arguments)
+                throw "an alias leads to no cast of its own argument list";
+        }
+        all[k] = {own.name, own.source, own.target, own.arguments, body->protocol, body->no_null, own.alias_of};
+    }
+    return all;
+}
+
+constexpr auto all_casts = with_aliases_resolved();
+
+constexpr bool takes_err_codes(pattern arguments)
+{
+    switch (arguments) {
+    case pattern::capture:
+    case pattern::length_capture:
+    case pattern::date_fast:
+    case pattern::tltz_fast:
+    case pattern::tltz:
+    case pattern::scaled_capture:
+    case pattern::precise:
+    case pattern::precise_typed:
+        return true;
+    default:
+        return false;
+    }
+}
+static_assert(std::ranges::all_of(all_casts, [](const cast &c) {
+    return takes_err_codes(c.arguments) == (c.protocol == captures);
+}));
+
+constexpr auto others = std::to_array<std::string_view>({
+    "bcast_dll_var_init",
+    "bin_from_int_low",
+    "bcast_varbinary_is_zero",
+    "bcast_varbinary_is_zero2",
+});
+
+} // namespace
+
+std::span<const cast> casts() { return all_casts; }
+
+const cast *find(std::string_view name)
+{
+    const auto found = std::ranges::find(all_casts, name, &cast::name);
+    return found == all_casts.end() ? nullptr : &*found;
+}
+
+std::span<const std::string_view> other_functions() { return others; }
+
+} // namespace bcast::catalogue

@@ -1,0 +1,140 @@
+// Integers in decimal, into characters and text. There are four routes that agree neither in who formats, nor in the
+// code of a text that does not fit: int and smallint leave digits and limit to a service, tinyint and int64 do not. A
+// value is never cut.
+
+#include "src/frame/row_walk.h"
+#include "src/frame/working_value.h"
+
+#include "services/column.h"
+#include "services/text.h"
+
+#include <bcast/casts.h>
+#include <bcast/codes.h>
+
+#include <charconv>
+
+#define ALIAS_OF(name) __attribute__((alias(#name)))
+
+namespace {
+
+// Blanks that a char target counts behind a text of len bytes; a varchar target counts none.
+int32_t up_to_length(int32_t length, int32_t len) { return length - len; }
+int32_t no_blanks(int32_t, int32_t) { return 0; }
+using blanks_rule = int32_t(int32_t length, int32_t len);
+
+struct decimal {
+    char text[20]; // the longest int64 with its sign
+    int32_t len;
+
+    explicit decimal(int64_t value) : len(int32_t(std::to_chars(text, text + sizeof text, value).ptr - text)) {}
+};
+
+// int and smallint: a service formats and compares with the target's length, and the code is its own.
+template <blanks_rule blanks>
+int32_t by_service(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
+{
+    const int32_t *values = elements<int32_t>(src);
+    char text[16];
+
+    copy_no_null(src, dst);
+    return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+        int32_t len;
+        const int32_t status = str_from_int(values[r], length, text, &len);
+        if (status < 0)
+            return fail_clearing_flag(dst, i, status);
+        bdta3_col_assign_str(env, heap, dst, int32_t(i), text, len, blanks(length, len));
+        return 0;
+    });
+}
+
+// tinyint and int64: formatted here, and refused here when longer than the target.
+template <class Element, blanks_rule blanks>
+int32_t formatted_here(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
+{
+    const Element *values = elements<Element>(src);
+
+    copy_no_null(src, dst);
+    return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+        const decimal value(values[r]);
+        if (length < value.len)
+            return fail_clearing_flag(dst, i, ERR_TARGET_TOO_SHORT);
+        bdta3_col_assign_str(env, heap, dst, int32_t(i), value.text, value.len, blanks(length, value.len));
+        return 0;
+    });
+}
+
+// text: a large-object constant. One working value serves the whole batch and is not cleared: what it holds outline at
+// the end is left to the pool.
+template <class Element>
+int32_t into_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows, capture failures)
+{
+    const Element *values = elements<Element>(src);
+    nstr working;
+    set_up(working);
+
+    copy_no_null(src, dst);
+    return walk_present_rows(src, dst, rows, failures, [&](uint32_t r, uint32_t i) {
+        const decimal value(values[r]);
+        working.first_word = 0;
+        const int32_t status = nblob_assign_const(env, heap, &working, value.text, value.len);
+        if (status < 0)
+            return fail_clearing_flag(dst, i, status);
+        bdta3_col_assign_bin(env, heap, dst, int32_t(i), bytes_of(working), int32_t(working.length));
+        return 0;
+    });
+}
+
+} // namespace
+
+int32_t bcast_int_to_char(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
+{
+    return by_service<up_to_length>(env, heap, src, length, dst, rows);
+}
+bcast_length_fn bcast_int_to_varchar2 ALIAS_OF(bcast_int_to_char);
+bcast_length_fn bcast_smallint_to_char ALIAS_OF(bcast_int_to_char);
+bcast_length_fn bcast_smallint_to_varchar2 ALIAS_OF(bcast_int_to_char);
+
+int32_t bcast_int_to_varchar(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
+{
+    return by_service<no_blanks>(env, heap, src, length, dst, rows);
+}
+bcast_length_fn bcast_smallint_to_varchar ALIAS_OF(bcast_int_to_varchar);
+
+int32_t bcast_tinyint_to_char(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
+                              uint16_t rows)
+{
+    return formatted_here<int32_t, up_to_length>(env, heap, src, length, dst, rows);
+}
+bcast_length_fn bcast_tinyint_to_varchar2 ALIAS_OF(bcast_tinyint_to_char);
+
+int32_t bcast_tinyint_to_varchar(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
+                                 uint16_t rows)
+{
+    return formatted_here<int32_t, no_blanks>(env, heap, src, length, dst, rows);
+}
+
+int32_t bcast_int64_to_char(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
+{
+    return formatted_here<int64_t, up_to_length>(env, heap, src, length, dst, rows);
+}
+bcast_length_fn bcast_int64_to_varchar2 ALIAS_OF(bcast_int64_to_char);
+
+int32_t bcast_int64_to_varchar(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
+                               uint16_t rows)
+{
+    return formatted_here<int64_t, no_blanks>(env, heap, src, length, dst, rows);
+}
+
+int32_t bcast_int_to_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
+                          int32_t *err_codes, uint16_t *err_count)
+{
+    return into_text<int32_t>(env, heap, src, dst, rows, capture{err_codes, err_count});
+}
+bcast_capture_fn bcast_smallint_to_text ALIAS_OF(bcast_int_to_text);
+bcast_capture_fn bcast_tinyint_to_text ALIAS_OF(bcast_int_to_text);
+
+int32_t bcast_int64_to_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
+                            int32_t *err_codes, uint16_t *err_count)
+{
+    return into_text<int64_t>(env, heap, src, dst, rows, capture{err_codes, err_count});
+}
