@@ -18,7 +18,8 @@
  * Failures: operations that return int32_t give 0 or a code of codes.h:
  * ERR_NO_MEMORY when memory ran out, ERR_BAD_CONVERSION when the operation does
  * not suit the column's type, ERR_OVERFLOW when a column would get more than
- * BCAST_COLUMN_MAX_ROWS rows. A failed operation leaves the column as it was.
+ * BCAST_COLUMN_MAX_ROWS rows, or a row more bytes than an element can count. A
+ * failed operation leaves the column as it was.
  */
 #ifndef BCAST_EMBEDDED_H
 #define BCAST_EMBEDDED_H
@@ -97,11 +98,13 @@ void bcast_column_clear(bcast_column *column);
 
 /* ---- Filling ----------------------------------------------------------- */
 
-/* Append one row. append_value copies one element of a type that is no string
- * type: bcast_type_stride bytes. append_text copies len bytes, for text and blob
- * columns into a large-object constant, and leaves one NUL behind them that is
- * not counted. append_char also sets pad_len, the blanks that stand behind the
- * text without being stored; char, varchar and varchar2 only. */
+/* Append one row. A null in a boolean column is a present row that holds
+ * BOOL_UNKNOWN, and bcast_column_is_null() takes it for null. append_value copies
+ * one element of a type that is no string type: bcast_type_stride bytes.
+ * append_text copies len bytes, for text and blob columns into a large-object
+ * constant, and leaves one NUL behind them that is not counted. append_char also
+ * sets pad_len, the blanks that stand behind the text without being stored; char,
+ * varchar and varchar2 only. */
 int32_t bcast_column_append_null(bcast_column *column);
 int32_t bcast_column_append_value(bcast_column *column, const void *element);
 int32_t bcast_column_append_text(bcast_column *column, const void *bytes, uint32_t len);

@@ -1,0 +1,77 @@
+// nstr: values on their way into a column. outline_state is the capacity of the
+// pool block that outline is at, or 0 while outline is at the inline bytes.
+#include <cstring>
+
+#include <bcast/codes.h>
+#include <services/column.h>
+
+#include "embedded/large_object.h"
+#include "embedded/out_of_memory.h"
+#include "embedded/pool.h"
+
+namespace {
+
+void go_inline(void *heap, nstr &value)
+{
+    if (value.outline_state != 0)
+        embedded::pool_give_back(*static_cast<bcast_pool *>(heap), value.outline, value.outline_state);
+    value.outline = value.inline_bytes;
+    value.outline_state = 0;
+}
+
+// Room for size bytes at value.outline, inline or in the pool. Null, with the
+// value empty, when memory ran out.
+char *make_room(void *heap, nstr &value, size_t size, size_t inline_max)
+{
+    if (size <= inline_max) {
+        go_inline(heap, value);
+    } else if (size > value.outline_state) {
+        go_inline(heap, value);
+        value.length = 0;
+        size_t capacity;
+        char *block =
+            heap != nullptr ? embedded::pool_take(*static_cast<bcast_pool *>(heap), size, &capacity) : nullptr;
+        if (block == nullptr)
+            return nullptr;
+        value.outline = block;
+        value.outline_state = capacity;
+    }
+    return value.outline;
+}
+
+} // namespace
+
+int32_t nblob_assign_const(void *, void *heap, nstr *value, const char *bytes, int32_t len)
+{
+    if (len < 0)
+        return ERR_BAD_CONVERSION;
+    const auto value_len = static_cast<uint32_t>(len);
+    if (value_len > embedded::lob_value_max)
+        return ERR_NO_MEMORY;
+    char *at = make_room(heap, *value, value_len + LOB_HEADER_SIZE, NSTR_INLINE_MAX);
+    if (at == nullptr)
+        return ERR_NO_MEMORY;
+    embedded::write_lob_header(at, value_len);
+    if (value_len != 0)
+        std::memcpy(at + LOB_HEADER_SIZE, bytes, value_len);
+    value->length = value_len + LOB_HEADER_SIZE;
+    return 0;
+}
+
+// A short text stands inline with outline at it, so that a reader finds it by
+// either way.
+void nstr_assign_const(void *, void *heap, nstr *value, const char *text)
+{
+    const size_t len = std::strlen(text);
+    char *at = len < UINT32_MAX ? make_room(heap, *value, len + 1, NSTR_INLINE_MAX + 1) : nullptr;
+    if (at == nullptr)
+        embedded::out_of_memory("a text on its way into a column", len);
+    std::memcpy(at, text, len + 1);
+    value->length = static_cast<uint32_t>(len);
+}
+
+void nstr_clear(void *, void *heap, nstr *value)
+{
+    go_inline(heap, *value);
+    value->length = 0;
+}
