@@ -18,12 +18,16 @@
  *   err_codes   one code per row of the batch, all 0 before the call, or null.
  *   err_count   how many codes were stored; counts on from what it holds.
  *
+ * The target's arrays must not overlap the source's.
+ *
  * Null rows
  *
- * A null source row gives a null target row. Its target element keeps the bytes
- * it had; what its source element holds does not matter. In a target, no_null
- * is the source's, but that a row which turns null on the way (an empty text
- * into a number, say) sets it to 0.
+ * A null source row gives a null target row, whose target element keeps the bytes
+ * it had; what its source element holds does not matter. boolean is apart: its
+ * null is the element BOOL_UNKNOWN in a present row. bcast_int_to_int64,
+ * bcast_float_to_float and bcast_float_to_double write the elements of null rows
+ * too. The target's no_null becomes the source's; a row that turns null on the
+ * way, as an empty text does that is to become a number, sets it to 0.
  *
  * Failures
  *

@@ -1,0 +1,153 @@
+// What the library shows and needs: the catalogue's functions, the services, and nothing else.
+
+#include "catalogue/catalogue.h"
+#include "tests/abi/header_text.h"
+#include "tests/abi/library_file.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iostream>
+#include <iterator>
+#include <set>
+
+#include <dlfcn.h>
+
+namespace bcast::test {
+namespace {
+
+// Functions of the catalogue that are not written yet. Goes down with every family that is added.
+constexpr size_t expected_missing = 303;
+
+constexpr size_t all_functions = 348;
+
+std::set<std::string> functions_of_catalogue()
+{
+    std::set<std::string> names;
+    for (const catalogue::cast &c : catalogue::casts())
+        names.emplace(c.name);
+    for (const std::string_view name : catalogue::other_functions())
+        names.emplace(name);
+    return names;
+}
+
+constexpr bool sanitizer_build = std::string_view(BCAST_SANITIZE) != "";
+
+// A build with sanitizers has symbols of theirs, by names that no program may use.
+bool is_of_a_sanitizer(const std::string &name)
+{
+    constexpr std::string_view prefixes[] = {"__asan_",      "__ubsan_",   "__tsan_",          "__lsan_",
+                                             "__sanitizer_", "__odr_asan", "_ZTVN10__cxxabiv1"};
+    return sanitizer_build &&
+           std::ranges::any_of(prefixes, [&](std::string_view prefix) { return name.starts_with(prefix); });
+}
+
+TEST(exports, no_symbol_but_the_functions_of_the_catalogue_and_the_settings)
+{
+    const std::set<std::string> functions = functions_of_catalogue();
+    for (const symbol &s : exported_symbols()) {
+        if (is_of_a_sanitizer(s.name))
+            std::cout << "of a sanitizer: " << s.name << '\n';
+        else if (s.name == "global_bcast_var")
+            EXPECT_TRUE(s.kind == 'B' || s.kind == 'D') << "global_bcast_var is of kind " << s.kind;
+        else {
+            EXPECT_TRUE(functions.contains(s.name)) << s.name << " is exported, and is no name of the catalogue";
+            EXPECT_EQ(s.kind, 'T') << s.name;
+        }
+    }
+}
+
+TEST(exports, settings_are_exported)
+{
+    EXPECT_EQ(std::ranges::count(exported_symbols(), "global_bcast_var", &symbol::name), 1);
+}
+
+TEST(exports, settings_are_the_only_state)
+{
+    if (sanitizer_build)
+        GTEST_SKIP() << "sanitizers keep data of their own in the library";
+    // Of the tool chain's start files, and for picking an instruction set at load.
+    const std::set<std::string> of_the_tool_chain{"__TMC_END__", "__dso_handle",    "completed.0",
+                                                  "__cpu_model", "__cpu_features2", "__cpu_features"};
+    const std::vector<std::string> names = writable_data();
+    EXPECT_EQ(std::ranges::count(names, "global_bcast_var"), 1) << "the library has no symbol table to judge by";
+    for (const std::string &name : names)
+        EXPECT_TRUE(name == "global_bcast_var" || of_the_tool_chain.contains(name)) << name << " is state";
+}
+
+TEST(exports, as_many_functions_are_missing_as_we_know_of)
+{
+    std::set<std::string> missing = functions_of_catalogue();
+    EXPECT_EQ(missing.size(), all_functions);
+    for (const symbol &s : exported_symbols())
+        missing.erase(s.name);
+    std::cout << all_functions - missing.size() << " of " << all_functions << " functions exist, " << missing.size()
+              << " are missing:";
+    for (const std::string &name : missing)
+        std::cout << ' ' << name;
+    std::cout << '\n';
+    EXPECT_EQ(missing.size(), expected_missing);
+}
+
+TEST(imports, nothing_is_needed_but_services_and_libc)
+{
+    const std::vector<std::string> services = services_of_headers();
+    EXPECT_GE(services.size(), 8U);
+    void *libc = dlopen("libc.so.6", RTLD_LAZY | RTLD_NOLOAD);
+    ASSERT_NE(libc, nullptr) << dlerror();
+    const std::set<std::string> of_the_tool_chain{"_ITM_deregisterTMCloneTable", "_ITM_registerTMCloneTable",
+                                                  "__gmon_start__"};
+    for (const symbol &s : undefined_symbols()) {
+        if (is_of_a_sanitizer(s.name))
+            continue;
+        const bool of_libc = dlsym(libc, s.name.c_str()) != nullptr;
+        const bool optional = (s.kind == 'w' || s.kind == 'v') && of_the_tool_chain.contains(s.name);
+        const bool service = std::ranges::count(services, s.name) > 0;
+        EXPECT_TRUE(of_libc || optional || service) << s.name << " is needed, and is neither a service nor of libc";
+    }
+}
+
+TEST(imports, no_library_is_needed_but_libc)
+{
+    for (const std::string &library : dynamic_entries("NEEDED")) {
+        // A sanitizer build needs its run-time library, and what that one is linked with.
+        if (sanitizer_build) {
+            std::cout << "a sanitizer build, needs " << library << '\n';
+            EXPECT_EQ(library.find("bcast"), std::string::npos);
+            continue;
+        }
+        EXPECT_EQ(library, "libc.so.6");
+    }
+}
+
+TEST(exports, shared_object_name_has_the_major_version)
+{
+    EXPECT_EQ(dynamic_entries("SONAME"), std::vector<std::string>{"libbcast.so.1"});
+}
+
+TEST(catalogue, has_the_casts_of_the_public_header)
+{
+    std::vector<std::string> declared = casts_of_public_header(), listed;
+    for (const catalogue::cast &c : catalogue::casts())
+        listed.emplace_back(c.name);
+    std::ranges::sort(declared);
+    std::ranges::sort(listed);
+    EXPECT_EQ(declared.size(), 344U);
+    std::vector<std::string> not_listed, not_declared;
+    std::ranges::set_difference(declared, listed, std::back_inserter(not_listed));
+    std::ranges::set_difference(listed, declared, std::back_inserter(not_declared));
+    EXPECT_EQ(not_listed, std::vector<std::string>{}) << "declared in casts.h, but not in the catalogue";
+    EXPECT_EQ(not_declared, std::vector<std::string>{}) << "in the catalogue, but not declared in casts.h";
+    EXPECT_EQ(std::ranges::adjacent_find(listed), listed.end()) << "the catalogue has a name twice";
+}
+
+TEST(catalogue, finds_each_cast_by_its_name)
+{
+    for (const catalogue::cast &c : catalogue::casts())
+        EXPECT_EQ(catalogue::find(c.name), &c) << c.name;
+    EXPECT_EQ(catalogue::find("bcast_int_to_nothing"), nullptr);
+    EXPECT_EQ(catalogue::find(""), nullptr);
+}
+
+} // namespace
+} // namespace bcast::test
