@@ -13,7 +13,7 @@
  *   length      the target's declared length in bytes (never in characters);
  *               for a dec target its shape: bits 8 to 15 len, 0 to 7 prec.
  *   dst         the target column: flags, values and no_null are written. Its
- *               flags and values have room for rows rows; columns for more.
+ *               flags and values have room for that many rows.
  *   rows        rows of the batch, 0 to 65535.
  *   err_codes   one code per row of the batch, all 0 before the call, or null.
  *   err_count   how many codes were stored; counts on from what it holds.
