@@ -34,14 +34,21 @@ struct entry {
     pattern arguments;
     bcast_type source;
     bcast_type target;
-    catalogue::protocol protocol; // of an alias: its target's
-    catalogue::no_null no_null;
-    std::string_view alias_of = {};
+    catalogue::protocol protocol = {};
+    catalogue::no_null no_null = {};
+    std::string_view alias_of = {}; // an alias has protocol and no_null of this cast
+
+    constexpr entry(std::string_view n, pattern a, bcast_type s, bcast_type t, catalogue::protocol p,
+                    catalogue::no_null nn)
+        : name(n), arguments(a), source(s), target(t), protocol(p), no_null(nn)
+    {}
+    constexpr entry(std::string_view n, pattern a, bcast_type s, bcast_type t, const char *of)
+        : name(n), arguments(a), source(s), target(t), alias_of(of)
+    {}
 };
 
 // clang-format off
 #define CAST(name) #name, pattern_of<decltype(name)>
-#define ALIAS_OF(name) never_fails, never, #name
 // clang-format on
 
 constexpr auto entries = std::to_array<entry>({
@@ -66,27 +73,27 @@ constexpr auto entries = std::to_array<entry>({
     // Integers to characters
     {CAST(bcast_tinyint_to_char), BCAST_TINYINT, BCAST_CHAR, stops, before},
     {CAST(bcast_tinyint_to_varchar), BCAST_TINYINT, BCAST_VARCHAR, stops, before},
-    {CAST(bcast_tinyint_to_varchar2), BCAST_TINYINT, BCAST_VARCHAR2, ALIAS_OF(bcast_tinyint_to_char)},
-    {CAST(bcast_smallint_to_char), BCAST_SMALLINT, BCAST_CHAR, ALIAS_OF(bcast_int_to_char)},
-    {CAST(bcast_smallint_to_varchar), BCAST_SMALLINT, BCAST_VARCHAR, ALIAS_OF(bcast_int_to_varchar)},
-    {CAST(bcast_smallint_to_varchar2), BCAST_SMALLINT, BCAST_VARCHAR2, ALIAS_OF(bcast_int_to_char)},
+    {CAST(bcast_tinyint_to_varchar2), BCAST_TINYINT, BCAST_VARCHAR2, "bcast_tinyint_to_char"},
+    {CAST(bcast_smallint_to_char), BCAST_SMALLINT, BCAST_CHAR, "bcast_int_to_char"},
+    {CAST(bcast_smallint_to_varchar), BCAST_SMALLINT, BCAST_VARCHAR, "bcast_int_to_varchar"},
+    {CAST(bcast_smallint_to_varchar2), BCAST_SMALLINT, BCAST_VARCHAR2, "bcast_int_to_char"},
     {CAST(bcast_int_to_char), BCAST_INT, BCAST_CHAR, stops, before},
     {CAST(bcast_int_to_varchar), BCAST_INT, BCAST_VARCHAR, stops, before},
-    {CAST(bcast_int_to_varchar2), BCAST_INT, BCAST_VARCHAR2, ALIAS_OF(bcast_int_to_char)},
+    {CAST(bcast_int_to_varchar2), BCAST_INT, BCAST_VARCHAR2, "bcast_int_to_char"},
     {CAST(bcast_int64_to_char), BCAST_INT64, BCAST_CHAR, stops, before},
     {CAST(bcast_int64_to_varchar), BCAST_INT64, BCAST_VARCHAR, stops, before},
-    {CAST(bcast_int64_to_varchar2), BCAST_INT64, BCAST_VARCHAR2, ALIAS_OF(bcast_int64_to_char)},
+    {CAST(bcast_int64_to_varchar2), BCAST_INT64, BCAST_VARCHAR2, "bcast_int64_to_char"},
 
     // Integers to text
-    {CAST(bcast_tinyint_to_text), BCAST_TINYINT, BCAST_TEXT, ALIAS_OF(bcast_int_to_text)},
-    {CAST(bcast_smallint_to_text), BCAST_SMALLINT, BCAST_TEXT, ALIAS_OF(bcast_int_to_text)},
+    {CAST(bcast_tinyint_to_text), BCAST_TINYINT, BCAST_TEXT, "bcast_int_to_text"},
+    {CAST(bcast_smallint_to_text), BCAST_SMALLINT, BCAST_TEXT, "bcast_int_to_text"},
     {CAST(bcast_int_to_text), BCAST_INT, BCAST_TEXT, captures, before},
     {CAST(bcast_int64_to_text), BCAST_INT64, BCAST_TEXT, captures, before},
 
     // Integers to bytes, most significant first
-    {CAST(bcast_tinyint_to_binary), BCAST_TINYINT, BCAST_BINARY, ALIAS_OF(bcast_int_to_binary)},
+    {CAST(bcast_tinyint_to_binary), BCAST_TINYINT, BCAST_BINARY, "bcast_int_to_binary"},
     {CAST(bcast_tinyint_to_varbinary), BCAST_TINYINT, BCAST_VARBINARY, stops, before},
-    {CAST(bcast_smallint_to_binary), BCAST_SMALLINT, BCAST_BINARY, ALIAS_OF(bcast_int_to_binary)},
+    {CAST(bcast_smallint_to_binary), BCAST_SMALLINT, BCAST_BINARY, "bcast_int_to_binary"},
     {CAST(bcast_smallint_to_varbinary), BCAST_SMALLINT, BCAST_VARBINARY, never_fails, before},
     {CAST(bcast_int_to_binary), BCAST_INT, BCAST_BINARY, never_fails, before},
     {CAST(bcast_int_to_varbinary), BCAST_INT, BCAST_VARBINARY, never_fails, before},
@@ -137,7 +144,7 @@ constexpr auto entries = std::to_array<entry>({
     {CAST(bcast_tinyint_to_bit), BCAST_TINYINT, BCAST_BIT, never_fails, after},
     {CAST(bcast_smallint_to_bit), BCAST_SMALLINT, BCAST_BIT, never_fails, after},
     {CAST(bcast_int_to_bit), BCAST_INT, BCAST_BIT, never_fails, after},
-    {CAST(bcast_int_to_varbit), BCAST_INT, BCAST_BIT, ALIAS_OF(bcast_int_to_bit)},
+    {CAST(bcast_int_to_varbit), BCAST_INT, BCAST_BIT, "bcast_int_to_bit"},
     {CAST(bcast_int64_to_bit), BCAST_INT64, BCAST_BIT, never_fails, after},
     {CAST(bcast_bit_to_bit), BCAST_BIT, BCAST_BIT, never_fails, after},
     {CAST(bcast_char_to_bit), BCAST_CHAR, BCAST_BIT, stops, before},
@@ -157,7 +164,7 @@ constexpr auto entries = std::to_array<entry>({
     {CAST(bcast_bit_to_dec), BCAST_BIT, BCAST_DEC, stops, after},
     {CAST(bcast_bit_to_char), BCAST_BIT, BCAST_CHAR, stops, before},
     {CAST(bcast_bit_to_varchar), BCAST_BIT, BCAST_VARCHAR, stops, before},
-    {CAST(bcast_bit_to_varchar2), BCAST_BIT, BCAST_VARCHAR2, ALIAS_OF(bcast_bit_to_char)},
+    {CAST(bcast_bit_to_varchar2), BCAST_BIT, BCAST_VARCHAR2, "bcast_bit_to_char"},
 
     // To null
     {CAST(bcast_tinyint_to_null), BCAST_TINYINT, BCAST_NULL, never_fails, clear},
@@ -169,7 +176,7 @@ constexpr auto entries = std::to_array<entry>({
     {CAST(bcast_null_to_null), BCAST_NULL, BCAST_NULL, never_fails, clear},
     {CAST(bcast_char_to_null), BCAST_CHAR, BCAST_NULL, never_fails, clear},
     {CAST(bcast_varchar_to_null), BCAST_VARCHAR, BCAST_NULL, never_fails, clear},
-    {CAST(bcast_varchar2_to_null), BCAST_VARCHAR2, BCAST_NULL, ALIAS_OF(bcast_varchar_to_null)},
+    {CAST(bcast_varchar2_to_null), BCAST_VARCHAR2, BCAST_NULL, "bcast_varchar_to_null"},
     {CAST(bcast_binary_to_null), BCAST_BINARY, BCAST_NULL, never_fails, clear},
     {CAST(bcast_varbinary_to_null), BCAST_VARBINARY, BCAST_NULL, never_fails, clear},
     {CAST(bcast_text_to_null), BCAST_TEXT, BCAST_NULL, never_fails, clear},
@@ -186,39 +193,39 @@ constexpr auto entries = std::to_array<entry>({
     {CAST(bcast_iv_dt_to_null), BCAST_IVDT, BCAST_NULL, never_fails, clear},
 
     // From null
-    {CAST(bcast_null_to_tinyint), BCAST_NULL, BCAST_TINYINT, ALIAS_OF(bcast_null_to_int)},
-    {CAST(bcast_null_to_smallint), BCAST_NULL, BCAST_SMALLINT, ALIAS_OF(bcast_null_to_int)},
+    {CAST(bcast_null_to_tinyint), BCAST_NULL, BCAST_TINYINT, "bcast_null_to_int"},
+    {CAST(bcast_null_to_smallint), BCAST_NULL, BCAST_SMALLINT, "bcast_null_to_int"},
     {CAST(bcast_null_to_int), BCAST_NULL, BCAST_INT, never_fails, clear},
     {CAST(bcast_null_to_int64), BCAST_NULL, BCAST_INT64, never_fails, clear},
     {CAST(bcast_null_to_bit), BCAST_NULL, BCAST_BIT, never_fails, clear},
     {CAST(bcast_null_to_float), BCAST_NULL, BCAST_FLOAT, never_fails, clear},
     {CAST(bcast_null_to_double), BCAST_NULL, BCAST_DOUBLE, never_fails, clear},
     {CAST(bcast_null_to_date), BCAST_NULL, BCAST_DATE, never_fails, clear},
-    {CAST(bcast_null_to_time), BCAST_NULL, BCAST_TIME, ALIAS_OF(bcast_null_to_date)},
-    {CAST(bcast_null_to_time_tz), BCAST_NULL, BCAST_TIME_TZ, ALIAS_OF(bcast_null_to_date)},
-    {CAST(bcast_null_to_datetime), BCAST_NULL, BCAST_DATETIME, ALIAS_OF(bcast_null_to_date)},
-    {CAST(bcast_null_to_datetime_tz), BCAST_NULL, BCAST_DATETIME_TZ, ALIAS_OF(bcast_null_to_date)},
+    {CAST(bcast_null_to_time), BCAST_NULL, BCAST_TIME, "bcast_null_to_date"},
+    {CAST(bcast_null_to_time_tz), BCAST_NULL, BCAST_TIME_TZ, "bcast_null_to_date"},
+    {CAST(bcast_null_to_datetime), BCAST_NULL, BCAST_DATETIME, "bcast_null_to_date"},
+    {CAST(bcast_null_to_datetime_tz), BCAST_NULL, BCAST_DATETIME_TZ, "bcast_null_to_date"},
     {CAST(bcast_null_to_ivym), BCAST_NULL, BCAST_IVYM, never_fails, clear},
     {CAST(bcast_null_to_ivdt), BCAST_NULL, BCAST_IVDT, never_fails, clear},
     {CAST(bcast_null_to_dec), BCAST_NULL, BCAST_DEC, never_fails, clear},
     {CAST(bcast_null_to_char), BCAST_NULL, BCAST_CHAR, never_fails, clear},
-    {CAST(bcast_null_to_varchar), BCAST_NULL, BCAST_VARCHAR, ALIAS_OF(bcast_null_to_char)},
-    {CAST(bcast_null_to_varchar2), BCAST_NULL, BCAST_VARCHAR2, ALIAS_OF(bcast_null_to_char)},
-    {CAST(bcast_null_to_binary), BCAST_NULL, BCAST_BINARY, ALIAS_OF(bcast_null_to_char)},
-    {CAST(bcast_null_to_varbinary), BCAST_NULL, BCAST_VARBINARY, ALIAS_OF(bcast_null_to_char)},
-    {CAST(bcast_null_to_text), BCAST_NULL, BCAST_TEXT, ALIAS_OF(bcast_null_to_char)},
-    {CAST(bcast_null_to_blob), BCAST_NULL, BCAST_BLOB, ALIAS_OF(bcast_null_to_char)},
+    {CAST(bcast_null_to_varchar), BCAST_NULL, BCAST_VARCHAR, "bcast_null_to_char"},
+    {CAST(bcast_null_to_varchar2), BCAST_NULL, BCAST_VARCHAR2, "bcast_null_to_char"},
+    {CAST(bcast_null_to_binary), BCAST_NULL, BCAST_BINARY, "bcast_null_to_char"},
+    {CAST(bcast_null_to_varbinary), BCAST_NULL, BCAST_VARBINARY, "bcast_null_to_char"},
+    {CAST(bcast_null_to_text), BCAST_NULL, BCAST_TEXT, "bcast_null_to_char"},
+    {CAST(bcast_null_to_blob), BCAST_NULL, BCAST_BLOB, "bcast_null_to_char"},
 
     // Characters to characters
-    {CAST(bcast_char_to_char), BCAST_CHAR, BCAST_CHAR, ALIAS_OF(bcast_varchar_to_char)},
-    {CAST(bcast_char_to_varchar), BCAST_CHAR, BCAST_VARCHAR, ALIAS_OF(bcast_varchar_to_varchar)},
-    {CAST(bcast_char_to_varchar2), BCAST_CHAR, BCAST_VARCHAR2, ALIAS_OF(bcast_varchar_to_char)},
+    {CAST(bcast_char_to_char), BCAST_CHAR, BCAST_CHAR, "bcast_varchar_to_char"},
+    {CAST(bcast_char_to_varchar), BCAST_CHAR, BCAST_VARCHAR, "bcast_varchar_to_varchar"},
+    {CAST(bcast_char_to_varchar2), BCAST_CHAR, BCAST_VARCHAR2, "bcast_varchar_to_char"},
     {CAST(bcast_varchar_to_char), BCAST_VARCHAR, BCAST_CHAR, captures, after},
     {CAST(bcast_varchar_to_varchar), BCAST_VARCHAR, BCAST_VARCHAR, captures, after},
-    {CAST(bcast_varchar_to_varchar2), BCAST_VARCHAR, BCAST_VARCHAR2, ALIAS_OF(bcast_varchar_to_char)},
-    {CAST(bcast_varchar2_to_char), BCAST_VARCHAR2, BCAST_CHAR, ALIAS_OF(bcast_varchar_to_char)},
-    {CAST(bcast_varchar2_to_varchar), BCAST_VARCHAR2, BCAST_VARCHAR, ALIAS_OF(bcast_varchar_to_varchar)},
-    {CAST(bcast_varchar2_to_varchar2), BCAST_VARCHAR2, BCAST_VARCHAR2, ALIAS_OF(bcast_varchar_to_char)},
+    {CAST(bcast_varchar_to_varchar2), BCAST_VARCHAR, BCAST_VARCHAR2, "bcast_varchar_to_char"},
+    {CAST(bcast_varchar2_to_char), BCAST_VARCHAR2, BCAST_CHAR, "bcast_varchar_to_char"},
+    {CAST(bcast_varchar2_to_varchar), BCAST_VARCHAR2, BCAST_VARCHAR, "bcast_varchar_to_varchar"},
+    {CAST(bcast_varchar2_to_varchar2), BCAST_VARCHAR2, BCAST_VARCHAR2, "bcast_varchar_to_char"},
     {CAST(bcast_varchar_to_char_explicit), BCAST_VARCHAR, BCAST_CHAR, stops, before},
     {CAST(bcast_varchar_to_varchar_explicit), BCAST_VARCHAR, BCAST_VARCHAR, stops, before},
 
@@ -257,38 +264,38 @@ constexpr auto entries = std::to_array<entry>({
     {CAST(bcast_varchar_to_bfile), BCAST_VARCHAR, BCAST_BFILE, captures, before},
 
     // Characters to text and blob
-    {CAST(bcast_varchar_to_text), BCAST_VARCHAR, BCAST_TEXT, ALIAS_OF(bcast_varchar_to_blob)},
+    {CAST(bcast_varchar_to_text), BCAST_VARCHAR, BCAST_TEXT, "bcast_varchar_to_blob"},
     {CAST(bcast_varchar_to_blob), BCAST_VARCHAR, BCAST_BLOB, captures, before},
 
     // Hexadecimal text to binary
-    {CAST(bcast_char_to_binary), BCAST_CHAR, BCAST_BINARY, ALIAS_OF(bcast_hex_varchar_to_binary)},
-    {CAST(bcast_char_to_varbinary), BCAST_CHAR, BCAST_VARBINARY, ALIAS_OF(bcast_hex_varchar_to_varbinary)},
-    {CAST(bcast_varchar_to_binary), BCAST_VARCHAR, BCAST_BINARY, ALIAS_OF(bcast_hex_varchar_to_binary)},
-    {CAST(bcast_varchar_to_varbinary), BCAST_VARCHAR, BCAST_VARBINARY, ALIAS_OF(bcast_hex_varchar_to_varbinary)},
-    {CAST(bcast_varchar2_to_binary), BCAST_VARCHAR2, BCAST_BINARY, ALIAS_OF(bcast_hex_varchar_to_binary)},
-    {CAST(bcast_varchar2_to_varbinary), BCAST_VARCHAR2, BCAST_VARBINARY, ALIAS_OF(bcast_hex_varchar_to_varbinary)},
-    {CAST(bcast_hex_char_to_binary), BCAST_CHAR, BCAST_BINARY, ALIAS_OF(bcast_hex_varchar_to_binary)},
-    {CAST(bcast_hex_char_to_varbinary), BCAST_CHAR, BCAST_VARBINARY, ALIAS_OF(bcast_hex_varchar_to_varbinary)},
+    {CAST(bcast_char_to_binary), BCAST_CHAR, BCAST_BINARY, "bcast_hex_varchar_to_binary"},
+    {CAST(bcast_char_to_varbinary), BCAST_CHAR, BCAST_VARBINARY, "bcast_hex_varchar_to_varbinary"},
+    {CAST(bcast_varchar_to_binary), BCAST_VARCHAR, BCAST_BINARY, "bcast_hex_varchar_to_binary"},
+    {CAST(bcast_varchar_to_varbinary), BCAST_VARCHAR, BCAST_VARBINARY, "bcast_hex_varchar_to_varbinary"},
+    {CAST(bcast_varchar2_to_binary), BCAST_VARCHAR2, BCAST_BINARY, "bcast_hex_varchar_to_binary"},
+    {CAST(bcast_varchar2_to_varbinary), BCAST_VARCHAR2, BCAST_VARBINARY, "bcast_hex_varchar_to_varbinary"},
+    {CAST(bcast_hex_char_to_binary), BCAST_CHAR, BCAST_BINARY, "bcast_hex_varchar_to_binary"},
+    {CAST(bcast_hex_char_to_varbinary), BCAST_CHAR, BCAST_VARBINARY, "bcast_hex_varchar_to_varbinary"},
     {CAST(bcast_hex_varchar_to_binary), BCAST_VARCHAR, BCAST_BINARY, captures, before},
     {CAST(bcast_hex_varchar_to_binary_explicit), BCAST_VARCHAR, BCAST_BINARY, captures, before},
     {CAST(bcast_hex_varchar_to_varbinary), BCAST_VARCHAR, BCAST_VARBINARY, captures, before},
     {CAST(bcast_hex_varchar_to_varbinary_explicit), BCAST_VARCHAR, BCAST_VARBINARY, captures, before},
 
     // Binary to hexadecimal text
-    {CAST(bcast_binary_to_char), BCAST_BINARY, BCAST_CHAR, ALIAS_OF(bcast_varbinary_to_char)},
-    {CAST(bcast_binary_to_varchar), BCAST_BINARY, BCAST_VARCHAR, ALIAS_OF(bcast_varbinary_to_varchar)},
-    {CAST(bcast_binary_to_varchar2), BCAST_BINARY, BCAST_VARCHAR2, ALIAS_OF(bcast_varbinary_to_char)},
+    {CAST(bcast_binary_to_char), BCAST_BINARY, BCAST_CHAR, "bcast_varbinary_to_char"},
+    {CAST(bcast_binary_to_varchar), BCAST_BINARY, BCAST_VARCHAR, "bcast_varbinary_to_varchar"},
+    {CAST(bcast_binary_to_varchar2), BCAST_BINARY, BCAST_VARCHAR2, "bcast_varbinary_to_char"},
     {CAST(bcast_varbinary_to_char), BCAST_VARBINARY, BCAST_CHAR, captures, before},
     {CAST(bcast_varbinary_to_varchar), BCAST_VARBINARY, BCAST_VARCHAR, captures, before},
-    {CAST(bcast_varbinary_to_varchar2), BCAST_VARBINARY, BCAST_VARCHAR2, ALIAS_OF(bcast_varbinary_to_char)},
-    {CAST(bcast_binary_to_hex_char), BCAST_BINARY, BCAST_CHAR, ALIAS_OF(bcast_varbinary_to_hex_char)},
-    {CAST(bcast_binary_to_hex_varchar), BCAST_BINARY, BCAST_VARCHAR, ALIAS_OF(bcast_varbinary_to_hex_varchar)},
-    {CAST(bcast_binary_to_hex_varchar2), BCAST_BINARY, BCAST_VARCHAR2, ALIAS_OF(bcast_varbinary_to_hex_char)},
+    {CAST(bcast_varbinary_to_varchar2), BCAST_VARBINARY, BCAST_VARCHAR2, "bcast_varbinary_to_char"},
+    {CAST(bcast_binary_to_hex_char), BCAST_BINARY, BCAST_CHAR, "bcast_varbinary_to_hex_char"},
+    {CAST(bcast_binary_to_hex_varchar), BCAST_BINARY, BCAST_VARCHAR, "bcast_varbinary_to_hex_varchar"},
+    {CAST(bcast_binary_to_hex_varchar2), BCAST_BINARY, BCAST_VARCHAR2, "bcast_varbinary_to_hex_char"},
     {CAST(bcast_varbinary_to_char_explicit), BCAST_VARBINARY, BCAST_CHAR, stops, before},
     {CAST(bcast_varbinary_to_varchar_explicit), BCAST_VARBINARY, BCAST_VARCHAR, stops, before},
     {CAST(bcast_varbinary_to_hex_char), BCAST_VARBINARY, BCAST_CHAR, stops, before},
     {CAST(bcast_varbinary_to_hex_varchar), BCAST_VARBINARY, BCAST_VARCHAR, stops, before},
-    {CAST(bcast_varbinary_to_hex_varchar2), BCAST_VARBINARY, BCAST_VARCHAR2, ALIAS_OF(bcast_varbinary_to_hex_char)},
+    {CAST(bcast_varbinary_to_hex_varchar2), BCAST_VARBINARY, BCAST_VARCHAR2, "bcast_varbinary_to_hex_char"},
 
     // Binary to numbers
     {CAST(bcast_binary_to_tinyint), BCAST_BINARY, BCAST_TINYINT, stops, after},
@@ -305,10 +312,10 @@ constexpr auto entries = std::to_array<entry>({
     {CAST(bcast_varbinary_to_dec), BCAST_VARBINARY, BCAST_DEC, captures, after},
 
     // Binary to binary
-    {CAST(bcast_binary_to_binary), BCAST_BINARY, BCAST_BINARY, ALIAS_OF(bcast_varbinary_to_binary)},
-    {CAST(bcast_binary_to_varbinary), BCAST_BINARY, BCAST_VARBINARY, ALIAS_OF(bcast_varchar_to_varchar)},
+    {CAST(bcast_binary_to_binary), BCAST_BINARY, BCAST_BINARY, "bcast_varbinary_to_binary"},
+    {CAST(bcast_binary_to_varbinary), BCAST_BINARY, BCAST_VARBINARY, "bcast_varchar_to_varchar"},
     {CAST(bcast_varbinary_to_binary), BCAST_VARBINARY, BCAST_BINARY, captures, before},
-    {CAST(bcast_varbinary_to_varbinary), BCAST_VARBINARY, BCAST_VARBINARY, ALIAS_OF(bcast_varchar_to_varchar)},
+    {CAST(bcast_varbinary_to_varbinary), BCAST_VARBINARY, BCAST_VARBINARY, "bcast_varchar_to_varchar"},
     {CAST(bcast_varbinary_to_binary_explicit), BCAST_VARBINARY, BCAST_BINARY, never_fails, before},
 
     // Binary to text and blob
@@ -346,13 +353,13 @@ constexpr auto entries = std::to_array<entry>({
     // dec, double and float to characters and text
     {CAST(bcast_dec_to_char), BCAST_DEC, BCAST_CHAR, stops, before},
     {CAST(bcast_dec_to_varchar), BCAST_DEC, BCAST_VARCHAR, stops, before},
-    {CAST(bcast_dec_to_varchar2), BCAST_DEC, BCAST_VARCHAR2, ALIAS_OF(bcast_dec_to_char)},
+    {CAST(bcast_dec_to_varchar2), BCAST_DEC, BCAST_VARCHAR2, "bcast_dec_to_char"},
     {CAST(bcast_double_to_char), BCAST_DOUBLE, BCAST_CHAR, stops, before},
     {CAST(bcast_double_to_varchar), BCAST_DOUBLE, BCAST_VARCHAR, stops, before},
-    {CAST(bcast_double_to_varchar2), BCAST_DOUBLE, BCAST_VARCHAR2, ALIAS_OF(bcast_double_to_char)},
+    {CAST(bcast_double_to_varchar2), BCAST_DOUBLE, BCAST_VARCHAR2, "bcast_double_to_char"},
     {CAST(bcast_float_to_char), BCAST_FLOAT, BCAST_CHAR, stops, before},
     {CAST(bcast_float_to_varchar), BCAST_FLOAT, BCAST_VARCHAR, stops, before},
-    {CAST(bcast_float_to_varchar2), BCAST_FLOAT, BCAST_VARCHAR2, ALIAS_OF(bcast_float_to_char)},
+    {CAST(bcast_float_to_varchar2), BCAST_FLOAT, BCAST_VARCHAR2, "bcast_float_to_char"},
     {CAST(bcast_dec_to_text), BCAST_DEC, BCAST_TEXT, stops, before},
     {CAST(bcast_double_to_text), BCAST_DOUBLE, BCAST_TEXT, stops, before},
     {CAST(bcast_float_to_text), BCAST_FLOAT, BCAST_TEXT, stops, before},
@@ -379,11 +386,11 @@ constexpr auto entries = std::to_array<entry>({
 
     // Between temporal types, at the precision that the value has
     {CAST(bcast_date_to_date), BCAST_DATE, BCAST_DATE, never_fails, after},
-    {CAST(bcast_date_to_time), BCAST_DATE, BCAST_TIME, ALIAS_OF(bcast_date_to_date)},
-    {CAST(bcast_date_to_datetime), BCAST_DATE, BCAST_DATETIME, ALIAS_OF(bcast_date_to_date)},
+    {CAST(bcast_date_to_time), BCAST_DATE, BCAST_TIME, "bcast_date_to_date"},
+    {CAST(bcast_date_to_datetime), BCAST_DATE, BCAST_DATETIME, "bcast_date_to_date"},
     {CAST(bcast_date_to_datetime_tz), BCAST_DATE, BCAST_DATETIME_TZ, never_fails, after},
     {CAST(bcast_datetime_to_date), BCAST_DATETIME, BCAST_DATE, never_fails, after},
-    {CAST(bcast_datetime_tz_to_date), BCAST_DATETIME_TZ, BCAST_DATE, ALIAS_OF(bcast_date_to_date)},
+    {CAST(bcast_datetime_tz_to_date), BCAST_DATETIME_TZ, BCAST_DATE, "bcast_date_to_date"},
 
     // Between temporal types, rounded to the scale of the target
     {CAST(bcast_precise_time_to_datetime), BCAST_TIME, BCAST_DATETIME, captures, after},
@@ -416,10 +423,10 @@ constexpr auto entries = std::to_array<entry>({
     {CAST(bcast_datetime_to_varchar_ex), BCAST_DATETIME, BCAST_VARCHAR, stops, before},
 
     // To intervals
-    {CAST(bcast_tinyint_to_ivym), BCAST_TINYINT, BCAST_IVYM, ALIAS_OF(bcast_int_to_ivym)},
-    {CAST(bcast_tinyint_to_ivdt), BCAST_TINYINT, BCAST_IVDT, ALIAS_OF(bcast_int_to_ivdt)},
-    {CAST(bcast_smallint_to_ivym), BCAST_SMALLINT, BCAST_IVYM, ALIAS_OF(bcast_int_to_ivym)},
-    {CAST(bcast_smallint_to_ivdt), BCAST_SMALLINT, BCAST_IVDT, ALIAS_OF(bcast_int_to_ivdt)},
+    {CAST(bcast_tinyint_to_ivym), BCAST_TINYINT, BCAST_IVYM, "bcast_int_to_ivym"},
+    {CAST(bcast_tinyint_to_ivdt), BCAST_TINYINT, BCAST_IVDT, "bcast_int_to_ivdt"},
+    {CAST(bcast_smallint_to_ivym), BCAST_SMALLINT, BCAST_IVYM, "bcast_int_to_ivym"},
+    {CAST(bcast_smallint_to_ivdt), BCAST_SMALLINT, BCAST_IVDT, "bcast_int_to_ivdt"},
     {CAST(bcast_int_to_ivym), BCAST_INT, BCAST_IVYM, stops, after},
     {CAST(bcast_int_to_ivdt), BCAST_INT, BCAST_IVDT, stops, after},
     {CAST(bcast_int64_to_ivym), BCAST_INT64, BCAST_IVYM, stops, after},
@@ -428,20 +435,20 @@ constexpr auto entries = std::to_array<entry>({
     {CAST(bcast_dec_to_ivdt), BCAST_DEC, BCAST_IVDT, stops, after},
     {CAST(bcast_char_to_ivym), BCAST_CHAR, BCAST_IVYM, captures, only_cleared},
     {CAST(bcast_char_to_ivdt), BCAST_CHAR, BCAST_IVDT, captures, only_cleared},
-    {CAST(bcast_varchar_to_ivym), BCAST_VARCHAR, BCAST_IVYM, ALIAS_OF(bcast_char_to_ivym)},
-    {CAST(bcast_varchar_to_ivdt), BCAST_VARCHAR, BCAST_IVDT, ALIAS_OF(bcast_char_to_ivdt)},
-    {CAST(bcast_varchar2_to_ivym), BCAST_VARCHAR2, BCAST_IVYM, ALIAS_OF(bcast_char_to_ivym)},
-    {CAST(bcast_varchar2_to_ivdt), BCAST_VARCHAR2, BCAST_IVDT, ALIAS_OF(bcast_char_to_ivdt)},
+    {CAST(bcast_varchar_to_ivym), BCAST_VARCHAR, BCAST_IVYM, "bcast_char_to_ivym"},
+    {CAST(bcast_varchar_to_ivdt), BCAST_VARCHAR, BCAST_IVDT, "bcast_char_to_ivdt"},
+    {CAST(bcast_varchar2_to_ivym), BCAST_VARCHAR2, BCAST_IVYM, "bcast_char_to_ivym"},
+    {CAST(bcast_varchar2_to_ivdt), BCAST_VARCHAR2, BCAST_IVDT, "bcast_char_to_ivdt"},
     {CAST(bcast_iv_ym_to_ym), BCAST_IVYM, BCAST_IVYM, stops, after},
     {CAST(bcast_iv_dt_to_dt), BCAST_IVDT, BCAST_IVDT, stops, after},
 
     // Intervals to characters
     {CAST(bcast_iv_ym_to_char), BCAST_IVYM, BCAST_CHAR, stops, before},
     {CAST(bcast_iv_ym_to_varchar), BCAST_IVYM, BCAST_VARCHAR, stops, before},
-    {CAST(bcast_iv_ym_to_varchar2), BCAST_IVYM, BCAST_VARCHAR2, ALIAS_OF(bcast_iv_ym_to_char)},
+    {CAST(bcast_iv_ym_to_varchar2), BCAST_IVYM, BCAST_VARCHAR2, "bcast_iv_ym_to_char"},
     {CAST(bcast_iv_dt_to_char), BCAST_IVDT, BCAST_CHAR, stops, before},
     {CAST(bcast_iv_dt_to_varchar), BCAST_IVDT, BCAST_VARCHAR, stops, before},
-    {CAST(bcast_iv_dt_to_varchar2), BCAST_IVDT, BCAST_VARCHAR2, ALIAS_OF(bcast_iv_dt_to_char)},
+    {CAST(bcast_iv_dt_to_varchar2), BCAST_IVDT, BCAST_VARCHAR2, "bcast_iv_dt_to_char"},
 
     // Intervals to numbers do not exist
     {CAST(bcast_iv_ym_to_tinyint), BCAST_IVYM, BCAST_TINYINT, absent, never},
@@ -457,7 +464,6 @@ constexpr auto entries = std::to_array<entry>({
 });
 
 #undef CAST
-#undef ALIAS_OF
 
 consteval auto with_aliases_resolved()
 {

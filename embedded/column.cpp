@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstdint>
 #include <cstdlib>
 
 #include "embedded/large_object.h"
@@ -130,7 +131,7 @@ void drop_selection(bcast_column &column)
 
 char *embedded::keep_bytes(bcast_column &column, const void *bytes, size_t size)
 {
-    char *copy = arena_take(column.bytes, size + 1);
+    char *copy = size < PTRDIFF_MAX ? arena_take(column.bytes, size + 1) : nullptr;
     if (copy == nullptr)
         return nullptr;
     if (size != 0)
@@ -150,6 +151,11 @@ bcast_column *bcast_column_new(bcast_type type)
     column->data.copy_row = embedded::copy_row_of(type);
     column->vector.data = &column->data;
     column->vector.no_null = 1;
+    // From the beginning there are arrays, for a batch of no rows has their addresses all the same.
+    if (reserve(*column, 1) != 0) {
+        std::free(column);
+        return nullptr;
+    }
     return column;
 }
 
@@ -190,7 +196,12 @@ int32_t bcast_column_append_null(bcast_column *column)
 
 int32_t bcast_column_append_value(bcast_column *column, const void *element)
 {
-    return bcast_column_append_values(column, element, nullptr, 1);
+    if (!takes_values(*column))
+        return ERR_BAD_CONVERSION;
+    // A copy, for the element may be the column's own, which moves when the column grows.
+    unsigned char own[sizeof(xdec)];
+    std::memcpy(own, element, bcast_type_stride(column->type));
+    return bcast_column_append_values(column, own, nullptr, 1);
 }
 
 int32_t bcast_column_append_text(bcast_column *column, const void *bytes, uint32_t len)

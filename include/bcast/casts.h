@@ -2,50 +2,66 @@
  *
  * bcast_<source>_to_<target> turns one batch of a column from one SQL type into
  * another. One call does the whole batch, row by row in ascending order, or in
- * any other way that cannot be told from that.
+ * any other way that cannot be told from that. What stands here holds for all of
+ * them but where a cast's own line says otherwise.
  *
  * Arguments
  *
- *   env, heap   handed on to the services that a cast calls. Only the casts
- *               that give a value a time zone, or take it to the local one,
- *               read heap: its first 16 bits are the current time zone.
+ *   env, heap   handed on to the services that a cast calls. Casts that need the
+ *               current time zone read it from the first 16 bits behind heap.
  *   src         the source column; nothing in it is written.
  *   length      the target's declared length in bytes (never in characters);
- *               for a dec target its shape: bits 8 to 15 len, 0 to 7 prec.
- *   dst         the target column: flags, values and no_null are written. Its
- *               flags and values have room for that many rows.
- *   rows        rows of the batch, 0 to 65535.
- *   err_codes   one code per row of the batch, all 0 before the call, or null.
- *   err_count   how many codes were stored; counts on from what it holds.
- *
- * The target's arrays must not overlap the source's.
+ *               for a dec target its shape: bits 8 to 15 len, 0 to 7 prec. A
+ *               cast does not ask whether it makes sense.
+ *   dst         the target column; its flags, values and no_null are written. The
+ *               arrays hold rows rows, and do not overlap the source's.
+ *   rows        rows of the batch, 0 to 65535; only its low 16 bits count.
+ *   err_codes   one code for each row of the batch, all 0 before the call, or null.
+ *   err_count   how many codes were stored: counts on from what it holds, at 16
+ *               bits. Not read where err_codes is null.
  *
  * Null rows
  *
  * A null source row gives a null target row, whose target element keeps the bytes
- * it had; what its source element holds does not matter. boolean is apart: its
- * null is the element BOOL_UNKNOWN in a present row. bcast_int_to_int64,
- * bcast_float_to_float and bcast_float_to_double write the elements of null rows
- * too. The target's no_null becomes the source's; a row that turns null on the
- * way, as an empty text does that is to become a number, sets it to 0.
+ * it had; what its source element holds does not matter. In a boolean target the
+ * row is present and its element BOOL_UNKNOWN.
+ *
+ * no_null of the target
+ *
+ *   To numbers, bit, temporal values and intervals from sources that are not
+ *   char, varchar or varchar2, and between char, varchar and varchar2 (but for
+ *   the explicit forms), varbinary, text and blob by plain copies: the source's,
+ *   behind the last row. A cast that stops leaves it as it was.
+ *
+ *   To characters, binary, text, blob and bfile otherwise, and from characters
+ *   to numbers and temporal values: the source's, ahead of the first row. A row
+ *   that turns null on the way, as an empty text does that is to become a number,
+ *   sets it to 0.
+ *
+ *   To boolean: 1. From and to null: 0.
+ *
+ *   bcast_varchar_to_bit and text to intervals: kept, but 0 when a row turns
+ *   null. Kept in any case: bcast_varchar2_to_bit, bcast_time_to_null,
+ *   bcast_datetime_tz_to_null, and what refuses or does not exist.
  *
  * Failures
  *
  * A cast returns 0 or a negative code, one of codes.h or a service's own.
  *
- *   A cast without err_codes, or with err_codes null, stops at the first row
- *   that fails and returns its code. Rows before it are complete, rows behind
- *   it are untouched but for flags that were copied as a block.
+ *   Stop. A cast without err_codes, or with err_codes null, returns the code of
+ *   the first row that fails. Rows before it are complete; rows behind it are
+ *   untouched, but for flags that were written as a block. The target is to be
+ *   discarded.
  *
- *   With err_codes given, a failure of row i of the batch is stored in
+ *   Capture. With err_codes given, the failure of row i of the batch is stored in
  *   err_codes[i], *err_count goes up by one, and the walk goes on. The cast
- *   returns the code of the last row that failed, or 0.
+ *   returns the code of the last row that failed, or 0. A failing copy_row of the
+ *   source column ends the cast all the same.
  *
  * The flag of a row that failed is 0 where the target is char, varchar,
- * varchar2, binary, varbinary, text or blob. In targets of other types it stays
- * set, with the element unwritten: look at the status or err_codes first.
- *
- * A negative status without err_codes means that the target is to be discarded.
+ * varchar2, binary, varbinary, text or blob, unless copy_row or memory failed.
+ * Where it is of another type the flag stays set, with the element unwritten: look
+ * at err_codes first.
  *
  * Threads: any number of threads may run casts at once on different targets.
  */
@@ -64,9 +80,9 @@ extern "C" {
 
 /* The library's only state: both 0 when it is loaded.
  *
- * compat_mode   2: a value that comes out empty when a text is cut, or when
- *               hexadecimal text is decoded, becomes null, and the text of a dec
- *               has no declared shape.
+ * compat_mode   2: a text that is cut ahead of its first whole character, and
+ *               empty hexadecimal text into varbinary, become null; the text of
+ *               a dec has no declared shape.
  *               3: the text of an interval that is too long is cut.
  *               Any other value: neither.
  * compat_mode2  the character set in which a text is cut: 1 and 2 pick the
@@ -94,9 +110,10 @@ typedef int32_t bcast_length_capture_fn(void *env, void *heap, const bdta3_col *
 
 /* Text against an integer column. cmp_op is the comparison that the literal is
  * for: '<', '>', '=', or 0x3f5 (<=), 0x3f6 (>=), 0x3f8 (<>). A literal with a
- * fraction is moved to the integer that gives the same answer; where there is
- * none, the target flag is 5 (below every value) or 6 (above every value, or
- * equal to none), the element 0, and no_null 0. */
+ * fraction is moved to the integer that gives the same answer. Where there is no
+ * such integer, or the literal is out of range, the target flag is 5 (below every
+ * value) or 6 (above every value, or equal to none), the element 0, and no_null
+ * 0; that is no failure. */
 typedef int32_t bcast_direct_fn(void *env, void *heap, uint16_t cmp_op, const bdta3_col *src, bdta3_col *dst,
                                 uint16_t rows);
 
@@ -108,8 +125,8 @@ typedef int32_t bcast_int_low_fn(void *env, const char *text, int32_t length, ui
 typedef int32_t bcast_int64_low_fn(void *env, const char *text, int32_t length, uint16_t cmp_op, int32_t *verdict,
                                    int64_t *result);
 
-/* Text to temporal values. parse_word and parse_ptr go to the parser;
- * local_tz is the zone, in minutes, that the value is moved to. */
+/* Text to temporal values. parse_word and parse_ptr go to the parser; local_tz is
+ * the zone, in minutes, that a value is moved to, unless its own zone is 480. */
 typedef int32_t bcast_date_fast_fn(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t parse_word,
                                    void *parse_ptr, uint16_t rows, int32_t *err_codes, uint16_t *err_count);
 typedef int32_t bcast_tltz_fast_fn(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t parse_word,
@@ -122,7 +139,8 @@ typedef int32_t bcast_tltz_fn(void *env, void *heap, const bdta3_col *src, bdta3
  * fraction digits; of an interval the scale is its iv_word, the shape that the
  * record ends with. src_prec and dst_prec are not read, but for a text target,
  * where dst_prec is its length in bytes. The casts between temporal types allow
- * err_count to be null. */
+ * err_count to be null, and return the result of the last rounding or shift, which
+ * is not negative where a later row succeeded: look at err_codes. */
 typedef int32_t bcast_scaled_fn(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
                                 uint16_t src_prec, uint16_t src_scale, uint16_t dst_prec, uint16_t dst_scale);
 typedef int32_t bcast_scaled_capture_fn(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
@@ -143,7 +161,7 @@ typedef int32_t bcast_precise_typed_fn(void *env, void *heap, const bdta3_col *s
 
 /* ---- The casts --------------------------------------------------------- */
 
-/* Integers among themselves */
+/* Integers among themselves; bcast_int_to_int64 writes the elements of null rows too */
 bcast_plain_fn bcast_tinyint_to_tinyint, bcast_tinyint_to_smallint, bcast_tinyint_to_int, bcast_tinyint_to_int64;
 bcast_plain_fn bcast_smallint_to_tinyint, bcast_smallint_to_smallint, bcast_smallint_to_int, bcast_smallint_to_int64;
 bcast_plain_fn bcast_int_to_tinyint, bcast_int_to_smallint, bcast_int_to_int, bcast_int_to_int64;
@@ -158,7 +176,8 @@ bcast_length_fn bcast_int64_to_char, bcast_int64_to_varchar, bcast_int64_to_varc
 /* Integers to text */
 bcast_capture_fn bcast_tinyint_to_text, bcast_smallint_to_text, bcast_int_to_text, bcast_int64_to_text;
 
-/* Integers to bytes, most significant first */
+/* Integers to bytes, most significant first. The low 16 bits of length decide how many; for a binary target it is at
+ * most 32768, and bcast_int64_to_binary stores 8 bytes from the front of the padded value */
 bcast_length_fn bcast_tinyint_to_binary, bcast_tinyint_to_varbinary, bcast_smallint_to_binary,
     bcast_smallint_to_varbinary, bcast_int_to_binary, bcast_int_to_varbinary, bcast_int64_to_binary,
     bcast_int64_to_varbinary;
@@ -168,7 +187,8 @@ bcast_length_fn bcast_tinyint_to_dec, bcast_smallint_to_dec, bcast_int_to_dec, b
 bcast_plain_fn bcast_tinyint_to_float, bcast_tinyint_to_double, bcast_smallint_to_float, bcast_smallint_to_double,
     bcast_int_to_float, bcast_int_to_double, bcast_int64_to_float, bcast_int64_to_double;
 
-/* To boolean: every row of the target is present, a null row becomes BOOL_UNKNOWN */
+/* To boolean: every row of the target is present, a null row becomes BOOL_UNKNOWN. bcast_varchar_to_boolean takes the
+ * flag of the output row, not of the source row */
 bcast_plain_fn bcast_tinyint_to_boolean, bcast_smallint_to_boolean, bcast_int_to_boolean, bcast_int64_to_boolean,
     bcast_bit_to_boolean, bcast_boolean_to_boolean, bcast_null_to_boolean, bcast_char_to_boolean,
     bcast_varchar_to_boolean, bcast_varbinary_to_boolean, bcast_dec_to_boolean, bcast_float_to_boolean,
@@ -178,7 +198,7 @@ bcast_plain_fn bcast_tinyint_to_boolean, bcast_smallint_to_boolean, bcast_int_to
 /* From boolean: BOOL_UNKNOWN arrives as the number 2 */
 bcast_plain_fn bcast_boolean_to_tinyint, bcast_boolean_to_smallint, bcast_boolean_to_int, bcast_boolean_to_int64;
 
-/* To bit */
+/* To bit. bcast_varchar_to_bit with err_codes also writes the element of a row that failed */
 bcast_plain_fn bcast_tinyint_to_bit, bcast_smallint_to_bit, bcast_int_to_bit, bcast_int_to_varbit, bcast_int64_to_bit,
     bcast_bit_to_bit, bcast_char_to_bit, bcast_varchar2_to_bit, bcast_dec_to_bit, bcast_float_to_bit,
     bcast_double_to_bit;
@@ -225,13 +245,13 @@ bcast_plain_fn bcast_char_to_float, bcast_char_to_double, bcast_varchar2_to_floa
 bcast_length_capture_fn bcast_varchar_to_dec;
 bcast_capture_fn bcast_varchar_to_float, bcast_varchar_to_double;
 
-/* Characters to bfile */
+/* Characters to bfile; length is unsigned */
 bcast_length_capture_fn bcast_varchar_to_bfile;
 
-/* Characters to text and blob: the padding becomes real blanks */
+/* Characters to text and blob: the padding becomes real blanks; both together are at most 32768 bytes */
 bcast_capture_fn bcast_varchar_to_text, bcast_varchar_to_blob;
 
-/* Hexadecimal text to binary: binary is filled with zero bytes up to length */
+/* Hexadecimal text to binary: binary is filled with zero bytes up to length, which is at most 32768 */
 bcast_length_capture_fn bcast_char_to_binary, bcast_char_to_varbinary;
 bcast_length_capture_fn bcast_varchar_to_binary, bcast_varchar_to_varbinary;
 bcast_length_capture_fn bcast_varchar2_to_binary, bcast_varchar2_to_varbinary;
@@ -239,14 +259,15 @@ bcast_length_capture_fn bcast_hex_char_to_binary, bcast_hex_char_to_varbinary;
 bcast_length_capture_fn bcast_hex_varchar_to_binary, bcast_hex_varchar_to_binary_explicit,
     bcast_hex_varchar_to_varbinary, bcast_hex_varchar_to_varbinary_explicit;
 
-/* Binary to hexadecimal text */
+/* Binary to hexadecimal text: of a value above 32767 bytes none; bcast_varbinary_to_hex_char then leaves the flag set
+ */
 bcast_length_capture_fn bcast_binary_to_char, bcast_binary_to_varchar, bcast_binary_to_varchar2;
 bcast_length_capture_fn bcast_varbinary_to_char, bcast_varbinary_to_varchar, bcast_varbinary_to_varchar2;
 bcast_length_fn bcast_binary_to_hex_char, bcast_binary_to_hex_varchar, bcast_binary_to_hex_varchar2;
 bcast_length_fn bcast_varbinary_to_char_explicit, bcast_varbinary_to_varchar_explicit, bcast_varbinary_to_hex_char,
     bcast_varbinary_to_hex_varchar, bcast_varbinary_to_hex_varchar2;
 
-/* Binary to numbers: most significant byte first */
+/* Binary to numbers, as the services read the bytes */
 bcast_plain_fn bcast_binary_to_tinyint, bcast_binary_to_smallint, bcast_binary_to_int, bcast_binary_to_int64,
     bcast_binary_to_float, bcast_binary_to_double;
 bcast_length_fn bcast_binary_to_dec;
@@ -254,18 +275,19 @@ bcast_capture_fn bcast_varbinary_to_tinyint, bcast_varbinary_to_smallint, bcast_
     bcast_varbinary_to_int64;
 bcast_length_capture_fn bcast_varbinary_to_dec;
 
-/* Binary to binary */
+/* Binary to binary: binary is filled with zero bytes up to length, which is at most 32768 */
 bcast_length_capture_fn bcast_binary_to_binary, bcast_binary_to_varbinary, bcast_varbinary_to_binary,
     bcast_varbinary_to_varbinary;
 bcast_length_fn bcast_varbinary_to_binary_explicit;
 
-/* Binary to text and blob */
+/* Binary to text and blob: text takes at most 32767 bytes of binary */
 bcast_plain_fn bcast_binary_to_text, bcast_binary_to_blob;
 
 /* Large objects to each other: whole columns; text to blob is refused */
 bcast_plain_fn bcast_text_to_text, bcast_text_to_blob, bcast_blob_to_blob;
 
-/* dec, double and float to numbers */
+/* dec, double and float to numbers; bcast_float_to_float and bcast_float_to_double write the elements of null rows too
+ */
 bcast_plain_fn bcast_dec_to_tinyint, bcast_dec_to_smallint, bcast_dec_to_int, bcast_dec_to_int64, bcast_dec_to_double,
     bcast_dec_to_float;
 bcast_plain_fn bcast_double_to_tinyint, bcast_double_to_smallint, bcast_double_to_int, bcast_double_to_int64,
@@ -276,8 +298,8 @@ bcast_length_fn bcast_dec_to_dec;
 bcast_length_fn bcast_double_to_dec;
 bcast_length_fn bcast_float_to_dec;
 
-/* dec, double and float to characters and text
- * length of a dec source: bits 0 to 15 target length, 16 to 23 the source's prec, 24 to 31 its len. */
+/* dec, double and float to characters and text. length of a dec source: bits 0 to 15 target length, 16 to 23 the
+ * source's prec, 24 to 31 its len; prec 0x81 means no declared shape */
 bcast_length_fn bcast_dec_to_char, bcast_dec_to_varchar, bcast_dec_to_varchar2;
 bcast_length_fn bcast_double_to_char, bcast_double_to_varchar, bcast_double_to_varchar2;
 bcast_length_fn bcast_float_to_char, bcast_float_to_varchar, bcast_float_to_varchar2;
@@ -297,7 +319,8 @@ bcast_plain_fn bcast_smallint_to_date, bcast_smallint_to_time, bcast_smallint_to
 bcast_plain_fn bcast_int_to_date, bcast_int_to_time, bcast_int_to_datetime;
 bcast_plain_fn bcast_int64_to_date, bcast_int64_to_time, bcast_int64_to_datetime;
 
-/* Between temporal types, at the precision that the value has */
+/* Between temporal types, at the precision that the value has: copies, which clear nothing but for
+ * bcast_datetime_to_date */
 bcast_plain_fn bcast_date_to_date, bcast_date_to_time, bcast_date_to_datetime, bcast_date_to_datetime_tz;
 bcast_plain_fn bcast_datetime_to_date;
 bcast_plain_fn bcast_datetime_tz_to_date;
@@ -319,7 +342,8 @@ bcast_plain_fn bcast_date_to_text, bcast_time_to_text, bcast_time_tz_to_text, bc
     bcast_datetime_tz_to_text;
 bcast_length_fn bcast_datetime_to_varchar_ex;
 
-/* To intervals */
+/* To intervals. Interval text is shorter than 32768 bytes, and the byte behind it can be read and is no blank: the scan
+ * for blanks does not look at the length */
 bcast_scaled_fn bcast_tinyint_to_ivym, bcast_tinyint_to_ivdt, bcast_smallint_to_ivym, bcast_smallint_to_ivdt,
     bcast_int_to_ivym, bcast_int_to_ivdt, bcast_int64_to_ivym, bcast_int64_to_ivdt, bcast_dec_to_ivym,
     bcast_dec_to_ivdt;

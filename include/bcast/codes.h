@@ -1,7 +1,7 @@
 /* libbcast: failure codes.
  *
- * Every cast returns 0 or a negative code. Besides the codes below, a cast
- * passes on, unchanged, any negative code of a service that it calls.
+ * A cast that fails returns one of these, or passes on, unchanged, any negative
+ * code of a service that it calls.
  */
 #ifndef BCAST_CODES_H
 #define BCAST_CODES_H

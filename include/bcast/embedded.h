@@ -6,14 +6,27 @@
  * reads the target:
  *
  *     bcast_pool *pool = bcast_pool_new();
- *     bcast_column *src = bcast_column_new(BCAST_VARCHAR), *dst = bcast_column_new(BCAST_INT);
+ *     bcast_column *src = bcast_column_new(BCAST_VARCHAR);
+ *     bcast_column *dst = bcast_column_new(BCAST_INT);
  *     bcast_column_append_text(src, "42", 2);
  *     bcast_column_make_room(dst, 1);
- *     int32_t status = bcast_varchar_to_int(NULL, pool, bcast_column_vector(src), bcast_column_vector(dst), 1, NULL,
- * NULL);
+ *     int32_t status = bcast_varchar_to_int(NULL, pool, bcast_column_vector(src),
+ *                                           bcast_column_vector(dst), 1, NULL, NULL);
  *
- * Pass the pool as heap; env is not looked at. A pool, and a column that is
- * being written, belong to one thread at a time.
+ * Pass the pool as heap, and not null; env is not looked at. A pool, and a
+ * column that is being written, belong to one thread at a time. A cast that
+ * finds no memory for a value of its target cannot report that: the process
+ * ends with a message.
+ *
+ * What the services mean
+ *
+ *   A number in text: blanks around it (bytes 9 to 13 and 32), a sign, digits
+ *   with at most one point, and an exponent: "42", " -7.5 ", "1e3", ".5", "5.".
+ *   Anything else fails with ERR_BAD_CONVERSION. As an integer a fraction is
+ *   rounded, ties away from zero; outside of int64: ERR_OVERFLOW.
+ *
+ *   An integer as text: its decimal digits, with a sign where it is negative.
+ *   Longer than the target: ERR_TARGET_TOO_SHORT.
  *
  * Failures: operations that return int32_t give 0 or a code of codes.h:
  * ERR_NO_MEMORY when memory ran out, ERR_BAD_CONVERSION when the operation does
@@ -113,7 +126,8 @@ int32_t bcast_column_append_char(bcast_column *column, const void *bytes, uint32
 /* Append rows rows at once. values: an array of elements (no string types).
  * texts and lengths: arrays of pointers and byte counts; lengths null: the texts
  * end at a NUL; a null pointer is a null row. present: one byte a row, 0 for a
- * null row; null: all rows are present. The arrays stay the caller's. */
+ * null row; null: all rows are present. The arrays stay the caller's,
+ * and must not be the column's own. */
 int32_t bcast_column_append_values(bcast_column *column, const void *values, const uint8_t *present, uint32_t rows);
 int32_t bcast_column_append_texts(bcast_column *column, const char *const *texts, const uint32_t *lengths,
                                   uint32_t rows);
@@ -142,8 +156,8 @@ const void *bcast_column_value(const bcast_column *column, uint32_t row);
 int64_t bcast_column_int64(const bcast_column *column, uint32_t row);
 
 /* The bytes of a string row and, in *len, their count; of a text or blob row
- * those behind the header. Null, with *len 0, for other types or a broken
- * header. Valid until the column is cleared or freed. */
+ * those behind the header. Null, with *len 0, for a null row, other types,
+ * or a broken header. Valid until the column is cleared or freed. */
 const char *bcast_column_text(const bcast_column *column, uint32_t row, uint32_t *len);
 
 /* ---- Captured failures ------------------------------------------------- */

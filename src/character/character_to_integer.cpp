@@ -8,8 +8,8 @@
 // In all three an empty text is a null, by the whole length word, and no_null is copied ahead of the walk. Blanks that
 // a value only counts are not read. A row that fails keeps its flag.
 
+#include "src/frame/integer_range.h"
 #include "src/frame/row_walk.h"
-#include "src/frame/run.h"
 
 #include "services/text.h"
 

@@ -33,17 +33,63 @@ struct run_traits<Result (*)(const From *, const uint8_t *, To *, uint32_t)> {
     static constexpr bool can_fail = !std::is_void_v<Result>;
 };
 
-// Converts a block row by row, up to the row that fails; its flag is copied, its element not written. False if there
-// was such a row.
-template <auto run, class From, class To>
-bool convert_one_by_one(const From *from, const uint8_t *flags, To *to, uint8_t *to_flags, uint32_t n)
-{
-    for (uint32_t k = 0; k < n; k++) {
-        to_flags[k] = flags[k];
-        if (flags[k] && !run(from + k, nullptr, to + k, 1))
-            return false;
+// Source rows of a block, dense: in place, or taken into the buffers where there is a selection.
+template <class From> struct source_block {
+    uint32_t n;
+    const From *values;
+    const uint8_t *flags; // not set by take_values
+
+    // Rows i to the end of the block, of a batch of count rows.
+    void take(const bdta3_col *src, uint32_t i, uint32_t count)
+    {
+        if (const uint16_t *sel = src->sel) {
+            n = rows_in_block(i, count);
+            take_selected(sizeof(From), sel + i, src->data->flags, elements<From>(src), n, taken_flags, taken);
+            values = taken;
+            flags = taken_flags;
+        } else {
+            take_values(src, i, count);
+            flags = src->data->flags + i;
+        }
     }
-    return true;
+
+    void take_values(const bdta3_col *src, uint32_t i, uint32_t count)
+    {
+        n = rows_in_block(i, count);
+        if (const uint16_t *sel = src->sel) {
+            take_selected_values(sizeof(From), sel + i, elements<From>(src), n, taken);
+            values = taken;
+        } else {
+            values = elements<From>(src) + i;
+        }
+    }
+
+    void zero_nulls()
+    {
+        ::zero_nulls(sizeof(From), flags, values, taken, n);
+        values = taken;
+    }
+
+private:
+    static uint32_t rows_in_block(uint32_t i, uint32_t count)
+    {
+        return count - i < block_rows ? count - i : block_rows;
+    }
+
+    alignas(64) From taken[block_rows];
+    uint8_t taken_flags[block_rows];
+};
+
+// Converts a block that has a present row which does not fit, up to that row: its flag is copied, its element not
+// written.
+template <auto run, class From, class To>
+void convert_up_to_unfit(const source_block<From> &block, To *to, uint8_t *to_flags)
+{
+    for (uint32_t k = 0; k < block.n; k++) {
+        to_flags[k] = block.flags[k];
+        if (block.flags[k] && !run(block.values + k, nullptr, to + k, 1))
+            return;
+    }
 }
 
 // Flag-driven: every flag is copied, the elements of present rows are converted, those of null rows stay. The first
@@ -51,48 +97,28 @@ bool convert_one_by_one(const From *from, const uint8_t *flags, To *to, uint8_t 
 template <auto run> int32_t walk_blocks(const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     using traits = run_traits<decltype(run)>;
-    using From = typename traits::from;
-    using To = typename traits::to;
-
     const uint32_t count = row_count(rows);
-    const uint16_t *sel = src->sel;
-    const uint8_t *src_flags = src->data->flags;
-    const From *src_values = elements<From>(src);
-    uint8_t *dst_flags = dst->data->flags;
-    To *dst_values = elements<To>(dst);
-    alignas(64) From taken[block_rows];
-    uint8_t taken_flags[block_rows];
+    source_block<typename traits::from> block;
 
     for (uint32_t i = 0; i < count; i += block_rows) {
-        const uint32_t n = count - i < block_rows ? count - i : block_rows;
-        const uint8_t *flags = src_flags + i;
-        const From *from = src_values + i;
-        To *to = dst_values + i;
+        block.take(src, i, count);
+        auto *to = elements<typename traits::to>(dst) + i;
+        uint8_t *to_flags = dst->data->flags + i;
+        const bool some_null = memchr(block.flags, 0, block.n) != nullptr;
+        const uint8_t *nulls = some_null ? block.flags : nullptr;
 
-        if (sel) {
-            take_selected(sizeof(From), sel + i, src_flags, src_values, n, taken_flags, taken);
-            flags = taken_flags;
-            from = taken;
-        }
-        const bool some_null = memchr(flags, 0, n) != nullptr;
-        const uint8_t *nulls = some_null ? flags : nullptr;
         if constexpr (!traits::can_fail) {
-            run(from, nulls, to, n);
-        } else if (!run(from, nulls, to, n)) {
+            run(block.values, nulls, to, block.n);
+        } else if (!run(block.values, nulls, to, block.n)) {
             // It may have been the slot of a null row.
-            bool moved = false;
-            if (some_null) {
-                zero_nulls(sizeof(From), flags, from, taken, n);
-                from = taken;
-                moved = run(from, nulls, to, n);
-            }
-            if (!moved) {
-                if (!convert_one_by_one<run>(from, flags, to, dst_flags + i, n))
-                    return ERR_OVERFLOW;
-                continue;
+            if (some_null)
+                block.zero_nulls();
+            if (!some_null || !run(block.values, nulls, to, block.n)) {
+                convert_up_to_unfit<run>(block, to, to_flags);
+                return ERR_OVERFLOW;
             }
         }
-        memcpy(dst_flags + i, flags, n); // last, so that a stop leaves the flags behind it
+        memcpy(to_flags, block.flags, block.n); // last, so that a stop leaves the flags behind it
     }
     copy_no_null(src, dst);
     return 0;
@@ -106,31 +132,20 @@ enum class flags_are { copied, filled };
 template <auto run, flags_are flags> int32_t walk_all_blocks(const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     using traits = run_traits<decltype(run)>;
-    using From = typename traits::from;
     static_assert(!traits::can_fail);
-
     const uint32_t count = row_count(rows);
-    const uint16_t *sel = src->sel;
-    const From *src_values = elements<From>(src);
-    uint8_t *dst_flags = dst->data->flags;
-    auto *dst_values = elements<typename traits::to>(dst);
-    alignas(64) From taken[block_rows];
+    source_block<typename traits::from> block;
 
-    if (flags == flags_are::filled)
-        memset(dst_flags, 1, count);
-    else if (!sel)
-        memcpy(dst_flags, src->data->flags, count);
     for (uint32_t i = 0; i < count; i += block_rows) {
-        const uint32_t n = count - i < block_rows ? count - i : block_rows;
-        const From *from = src_values + i;
-        if (sel) {
-            if (flags == flags_are::filled)
-                take_selected_values(sizeof(From), sel + i, src_values, n, taken);
-            else
-                take_selected(sizeof(From), sel + i, src->data->flags, src_values, n, dst_flags + i, taken);
-            from = taken;
+        uint8_t *to_flags = dst->data->flags + i;
+        if (flags == flags_are::filled) {
+            block.take_values(src, i, count);
+            memset(to_flags, 1, block.n);
+        } else {
+            block.take(src, i, count);
+            memcpy(to_flags, block.flags, block.n);
         }
-        run(from, nullptr, dst_values + i, n);
+        run(block.values, nullptr, elements<typename traits::to>(dst) + i, block.n);
     }
     copy_no_null(src, dst);
     return 0;
@@ -148,34 +163,21 @@ template <auto run> int32_t walk_blocks_by_no_null(const bdta3_col *src, bdta3_c
 template <auto run> int32_t walk_blocks_to_boolean(const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     using traits = run_traits<decltype(run)>;
-    using From = typename traits::from;
     static_assert(!traits::can_fail);
-
     const uint32_t count = row_count(rows);
-    const uint16_t *sel = src->sel;
-    const uint8_t *src_flags = src->data->flags;
-    const From *src_values = elements<From>(src);
-    int32_t *dst_values = elements<int32_t>(dst);
-    alignas(64) From taken[block_rows];
-    uint8_t taken_flags[block_rows];
+    source_block<typename traits::from> block;
 
     dst->no_null = 1;
-    memset(dst->data->flags, 1, count);
     for (uint32_t i = 0; i < count; i += block_rows) {
-        const uint32_t n = count - i < block_rows ? count - i : block_rows;
-        const uint8_t *flags = src_flags + i;
-        const From *from = src_values + i;
-        if (sel) {
-            if (src->no_null)
-                take_selected_values(sizeof(From), sel + i, src_values, n, taken);
-            else
-                take_selected(sizeof(From), sel + i, src_flags, src_values, n, taken_flags, taken);
-            flags = taken_flags;
-            from = taken;
-        }
-        run(from, nullptr, dst_values + i, n);
+        int32_t *to = elements<int32_t>(dst) + i;
+        if (src->no_null)
+            block.take_values(src, i, count);
+        else
+            block.take(src, i, count);
+        memset(dst->data->flags + i, 1, block.n);
+        run(block.values, nullptr, to, block.n);
         if (!src->no_null)
-            set_unknown(flags, dst_values + i, n);
+            set_unknown(block.flags, to, block.n);
     }
     return 0;
 }

@@ -11,6 +11,7 @@
 // bits, since a null row's slot may hold any.
 #pragma once
 
+#include "src/frame/integer_range.h"
 #include "src/frame/isa.h"
 
 #include <bit>
@@ -62,12 +63,7 @@ ALWAYS_INLINE bool convert_run(const From *__restrict from, const uint8_t *__res
     return true;
 }
 
-// Zero if a signed value fits into `bits` bits.
-template <int bits, class V> constexpr std::make_unsigned_t<V> excess_of(V value)
-{
-    using U = std::make_unsigned_t<V>;
-    return (U(value) + (U(1) << (bits - 1))) >> bits;
-}
+// The test of integers.
 template <int bits> constexpr auto excess = [](auto value) { return excess_of<bits>(value); };
 
 // The low bits of a value; where T is wider, the value.

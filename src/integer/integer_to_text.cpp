@@ -1,7 +1,8 @@
-// Integers in decimal, into characters and text. There are four routes that agree neither in who formats, nor in the
-// code of a text that does not fit: int and smallint leave digits and limit to a service, tinyint and int64 do not. A
-// value is never cut.
+// Integers in decimal, into characters and text. Into characters there are two ways, which agree neither in who formats
+// nor in the code of a text that does not fit: int and smallint leave digits and limit to a service, tinyint and int64
+// do not. A value is never cut.
 
+#include "src/frame/alias.h"
 #include "src/frame/row_walk.h"
 #include "src/frame/working_value.h"
 
@@ -13,8 +14,6 @@
 
 #include <charconv>
 
-#define ALIAS_OF(name) __attribute__((alias(#name)))
-
 namespace {
 
 // Blanks that a char target counts behind a text of len bytes; a varchar target counts none.
@@ -22,11 +21,11 @@ int32_t up_to_length(int32_t length, int32_t len) { return length - len; }
 int32_t no_blanks(int32_t, int32_t) { return 0; }
 using blanks_rule = int32_t(int32_t length, int32_t len);
 
-struct decimal {
+struct decimal_digits {
     char text[20]; // the longest int64 with its sign
     int32_t len;
 
-    explicit decimal(int64_t value) : len(int32_t(std::to_chars(text, text + sizeof text, value).ptr - text)) {}
+    explicit decimal_digits(int64_t value) : len(int32_t(std::to_chars(text, text + sizeof text, value).ptr - text)) {}
 };
 
 // int and smallint: a service formats and compares with the target's length, and the code is its own.
@@ -55,7 +54,7 @@ int32_t formatted_here(void *env, void *heap, const bdta3_col *src, int32_t leng
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
-        const decimal value(values[r]);
+        const decimal_digits value(values[r]);
         if (length < value.len)
             return fail_clearing_flag(dst, i, ERR_TARGET_TOO_SHORT);
         bdta3_col_assign_str(env, heap, dst, int32_t(i), value.text, value.len, blanks(length, value.len));
@@ -74,7 +73,7 @@ int32_t into_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, u
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, failures, [&](uint32_t r, uint32_t i) {
-        const decimal value(values[r]);
+        const decimal_digits value(values[r]);
         working.first_word = 0;
         const int32_t status = nblob_assign_const(env, heap, &working, value.text, value.len);
         if (status < 0)

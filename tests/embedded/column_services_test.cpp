@@ -134,6 +134,9 @@ TEST(assign_str_death, a_negative_length_ends_the_process_and_says_so)
 {
     const column_ptr column = target(BCAST_VARCHAR, 1);
     bdta3_col *vector = bcast_column_vector(column.get());
+    bdta3_col_assign_str(nullptr, nullptr, vector, 0, "a text", 6, 0); // so that there is room for a size gone wrong
+    for (const int32_t len : {-1, -2, INT32_MIN})
+        EXPECT_DEATH(bdta3_col_assign_str(nullptr, nullptr, vector, 0, "x", len, 0), "out of memory");
     EXPECT_DEATH(bdta3_col_assign_str(nullptr, nullptr, vector, 0, "x", -5, 0),
                  "libbcast_embedded: out of memory for a column value of -5 bytes");
 }

@@ -20,6 +20,8 @@ TEST(column, starts_empty_whatever_its_type)
         EXPECT_EQ(vector->sel, nullptr);
         ASSERT_NE(vector->data, nullptr);
         EXPECT_NE(vector->data->copy_row, nullptr);
+        EXPECT_NE(vector->data->flags, nullptr) << "a cast of no rows takes the address";
+        EXPECT_NE(vector->data->values, nullptr) << "a cast of no rows takes the address";
     }
 }
 
@@ -43,6 +45,19 @@ TEST(column, keeps_values_of_every_fixed_type)
             ASSERT_EQ(element_of(column.get(), row), sample_element(type, row)) << "row " << row;
             ASSERT_EQ(bcast_column_vector(column.get())->data->flags[row], 1) << "row " << row;
         }
+    }
+}
+
+TEST(column, a_value_of_its_own_can_be_appended_also_when_that_makes_it_grow)
+{
+    for (const bcast_type type : fixed_types()) {
+        SCOPED_TRACE(bcast_type_name(type));
+        const column_ptr column = new_column(type);
+        const auto first = sample_element(type, 7);
+        ASSERT_EQ(bcast_column_append_value(column.get(), first.data()), 0);
+        for (uint32_t row = 1; row < 300; row++)
+            ASSERT_EQ(bcast_column_append_value(column.get(), bcast_column_value(column.get(), 0)), 0);
+        EXPECT_EQ(std::memcmp(bcast_column_value(column.get(), 299), first.data(), first.size()), 0);
     }
 }
 
