@@ -43,8 +43,9 @@ std::vector<series> dense_series(const std::string &what);
 std::vector<uint8_t> make_flags(int null_percent);
 std::vector<uint16_t> make_selection(const series &s);
 
-// Registers `pass`, which casts every batch of a pool once, under the name of a series and a variant.
-void add(const series &s, const char *variant, std::function<void()> pass);
+// Registers a variant of a series. `make` builds its pool and gives the pass over it: every batch once.
+using pass = std::function<void()>;
+void add(const series &s, const char *variant, std::function<pass()> make);
 
 // A column over arrays of the benchmark's own.
 struct column {

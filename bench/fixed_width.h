@@ -82,17 +82,21 @@ template <class From, class To, class Convert>
 void add_fixed_width(const char *what, bcast_plain_fn *cast, From fits, From unfit, Convert convert)
 {
     for (const series &s : all_series(what, unfit != 0)) {
-        auto p = std::make_shared<pool<From, To>>(s, fits, unfit);
-        add(s, "cast", [p, cast] {
-            p->cast_all([cast](const bdta3_col *src, bdta3_col *dst, uint16_t rows) {
-                return cast(nullptr, nullptr, src, dst, rows);
-            });
+        const auto make = [=] { return std::make_shared<pool<From, To>>(s, fits, unfit); };
+        add(s, "cast", [=] {
+            return [p = make(), cast] {
+                p->cast_all([cast](const bdta3_col *src, bdta3_col *dst, uint16_t rows) {
+                    return cast(nullptr, nullptr, src, dst, rows);
+                });
+            };
         });
-        add(s, "memcpy", [p] { p->copy_all(); });
-        add(s, "plain", [p, convert] {
-            p->cast_all([convert](const bdta3_col *src, bdta3_col *dst, uint16_t rows) {
-                return plain_loop<From, To>(src, dst, rows, convert);
-            });
+        add(s, "memcpy", [=] { return [p = make()] { p->copy_all(); }; });
+        add(s, "plain", [=] {
+            return [p = make(), convert] {
+                p->cast_all([convert](const bdta3_col *src, bdta3_col *dst, uint16_t rows) {
+                    return plain_loop<From, To>(src, dst, rows, convert);
+                });
+            };
         });
     }
 }

@@ -89,18 +89,22 @@ void must_succeed(int32_t status)
 void add_text_to_integer()
 {
     for (const series &s : dense_series("varchar_to_int")) {
-        auto p = std::make_shared<pool>(s, BCAST_INT);
-        add(s, "cast", [p] {
-            p->each_batch(p->source.texts, [&](const bdta3_col *src, bdta3_col *dst, uint16_t rows) {
-                must_succeed(bcast_varchar_to_int(nullptr, p->heap, src, dst, rows, nullptr, nullptr));
-            });
+        const auto make = [=] { return std::make_shared<pool>(s, BCAST_INT); };
+        add(s, "cast", [=] {
+            return [p = make()] {
+                p->each_batch(p->source.texts, [&](const bdta3_col *src, bdta3_col *dst, uint16_t rows) {
+                    must_succeed(bcast_varchar_to_int(nullptr, p->heap, src, dst, rows, nullptr, nullptr));
+                });
+            };
         });
-        add(s, "bare", [p] {
-            p->bare_calls(p->source.texts, [](const bdta3_str &from, bdta3_col *, int32_t) {
-                int64_t value;
-                must_succeed(str2int64(from.text, from.length, &value));
-                benchmark::DoNotOptimize(value);
-            });
+        add(s, "bare", [=] {
+            return [p = make()] {
+                p->bare_calls(p->source.texts, [](const bdta3_str &from, bdta3_col *, int32_t) {
+                    int64_t value;
+                    must_succeed(str2int64(from.text, from.length, &value));
+                    benchmark::DoNotOptimize(value);
+                });
+            };
         });
     }
 }
@@ -108,33 +112,41 @@ void add_text_to_integer()
 void add_integer_to_characters()
 {
     for (const series &s : dense_series("int_to_varchar")) {
-        auto p = std::make_shared<pool>(s, BCAST_VARCHAR);
-        add(s, "cast", [p] {
-            p->each_batch(p->source.values, [&](const bdta3_col *src, bdta3_col *dst, uint16_t rows) {
-                must_succeed(bcast_int_to_varchar(nullptr, p->heap, src, 11, dst, rows));
-            });
+        const auto make = [=] { return std::make_shared<pool>(s, BCAST_VARCHAR); };
+        add(s, "cast", [=] {
+            return [p = make()] {
+                p->each_batch(p->source.values, [&](const bdta3_col *src, bdta3_col *dst, uint16_t rows) {
+                    must_succeed(bcast_int_to_varchar(nullptr, p->heap, src, 11, dst, rows));
+                });
+            };
         });
-        add(s, "bare", [p] {
-            p->bare_calls(p->source.values, [p](int32_t value, bdta3_col *dst, int32_t i) {
-                char text[16];
-                int32_t len;
-                must_succeed(str_from_int(value, 11, text, &len));
-                bdta3_col_assign_str(nullptr, p->heap, dst, i, text, len, 0);
-            });
+        add(s, "bare", [=] {
+            return [p = make()] {
+                p->bare_calls(p->source.values, [p](int32_t value, bdta3_col *dst, int32_t i) {
+                    char text[16];
+                    int32_t len;
+                    must_succeed(str_from_int(value, 11, text, &len));
+                    bdta3_col_assign_str(nullptr, p->heap, dst, i, text, len, 0);
+                });
+            };
         });
     }
     // Here the cast formats by itself: beside the call that stores the text.
     for (const series &s : dense_series("int64_to_varchar")) {
-        auto p = std::make_shared<pool>(s, BCAST_VARCHAR);
-        add(s, "cast", [p] {
-            p->each_batch(p->source.wide_values, [&](const bdta3_col *src, bdta3_col *dst, uint16_t rows) {
-                must_succeed(bcast_int64_to_varchar(nullptr, p->heap, src, 20, dst, rows));
-            });
+        const auto make = [=] { return std::make_shared<pool>(s, BCAST_VARCHAR); };
+        add(s, "cast", [=] {
+            return [p = make()] {
+                p->each_batch(p->source.wide_values, [&](const bdta3_col *src, bdta3_col *dst, uint16_t rows) {
+                    must_succeed(bcast_int64_to_varchar(nullptr, p->heap, src, 20, dst, rows));
+                });
+            };
         });
-        add(s, "store", [p] {
-            p->bare_calls(p->source.texts, [p](const bdta3_str &from, bdta3_col *dst, int32_t i) {
-                bdta3_col_assign_str(nullptr, p->heap, dst, i, from.text, from.length, 0);
-            });
+        add(s, "store", [=] {
+            return [p = make()] {
+                p->bare_calls(p->source.texts, [p](const bdta3_str &from, bdta3_col *dst, int32_t i) {
+                    bdta3_col_assign_str(nullptr, p->heap, dst, i, from.text, from.length, 0);
+                });
+            };
         });
     }
 }
@@ -142,23 +154,27 @@ void add_integer_to_characters()
 void add_integer_to_text()
 {
     for (const series &s : dense_series("int_to_text")) {
-        auto p = std::make_shared<pool>(s, BCAST_TEXT);
-        add(s, "cast", [p] {
-            p->each_batch(p->source.values, [&](const bdta3_col *src, bdta3_col *dst, uint16_t rows) {
-                must_succeed(bcast_int_to_text(nullptr, p->heap, src, dst, rows, nullptr, nullptr));
-            });
+        const auto make = [=] { return std::make_shared<pool>(s, BCAST_TEXT); };
+        add(s, "cast", [=] {
+            return [p = make()] {
+                p->each_batch(p->source.values, [&](const bdta3_col *src, bdta3_col *dst, uint16_t rows) {
+                    must_succeed(bcast_int_to_text(nullptr, p->heap, src, dst, rows, nullptr, nullptr));
+                });
+            };
         });
         // Formatted beforehand: the two calls that make the large object and store it.
-        add(s, "bare", [p] {
-            nstr working{};
-            working.outline = working.inline_bytes;
-            p->bare_calls(p->source.texts, [&](const bdta3_str &from, bdta3_col *dst, int32_t i) {
-                working.first_word = 0;
-                must_succeed(nblob_assign_const(nullptr, p->heap, &working, from.text, from.length));
-                bdta3_col_assign_bin(nullptr, p->heap, dst, i,
-                                     working.length > NSTR_INLINE_MAX ? working.outline : working.inline_bytes,
-                                     int32_t(working.length));
-            });
+        add(s, "bare", [=] {
+            return [p = make()] {
+                nstr working{};
+                working.outline = working.inline_bytes;
+                p->bare_calls(p->source.texts, [&](const bdta3_str &from, bdta3_col *dst, int32_t i) {
+                    working.first_word = 0;
+                    must_succeed(nblob_assign_const(nullptr, p->heap, &working, from.text, from.length));
+                    bdta3_col_assign_bin(nullptr, p->heap, dst, i,
+                                         working.length > NSTR_INLINE_MAX ? working.outline : working.inline_bytes,
+                                         int32_t(working.length));
+                });
+            };
         });
     }
 }

@@ -121,12 +121,14 @@ std::vector<uint16_t> make_selection(const series &s)
     return all;
 }
 
-void add(const series &s, const char *variant, std::function<void()> pass)
+void add(const series &s, const char *variant, std::function<pass()> make)
 {
     const double rows = double(s.rows()) * s.batches();
-    benchmark::RegisterBenchmark(s.name(variant).c_str(), [pass = std::move(pass), rows](benchmark::State &state) {
+    benchmark::RegisterBenchmark(s.name(variant).c_str(), [make = std::move(make), rows](benchmark::State &state) {
+        const pass once = make();
+        once();
         for (auto _ : state)
-            pass();
+            once();
         state.counters["rows"] = rows;
     });
 }
