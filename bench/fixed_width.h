@@ -77,9 +77,10 @@ template <class From, class To> struct pool {
     }
 };
 
-// `fits`: source values are below it in magnitude; `unfit`: one that the cast refuses, or 0 if it refuses none.
-template <class From, class To, class Convert>
-void add_fixed_width(const char *what, bcast_plain_fn *cast, From fits, From unfit, Convert convert)
+// `fits`: source values are below it in magnitude; `unfit`: one that the cast refuses, or 0 if it refuses none. `plain`
+// is the same cast as one writes it first.
+template <class From, class To, class Plain>
+void add_beside_plain(const char *what, bcast_plain_fn *cast, From fits, From unfit, Plain plain)
 {
     for (const series &s : all_series(what, unfit != 0)) {
         const auto make = [=] { return std::make_shared<pool<From, To>>(s, fits, unfit); };
@@ -91,14 +92,16 @@ void add_fixed_width(const char *what, bcast_plain_fn *cast, From fits, From unf
             };
         });
         add(s, "memcpy", [=] { return [p = make()] { p->copy_all(); }; });
-        add(s, "plain", [=] {
-            return [p = make(), convert] {
-                p->cast_all([convert](const bdta3_col *src, bdta3_col *dst, uint16_t rows) {
-                    return plain_loop<From, To>(src, dst, rows, convert);
-                });
-            };
-        });
+        add(s, "plain", [=] { return [p = make(), plain] { p->cast_all(plain); }; });
     }
+}
+
+template <class From, class To, class Convert>
+void add_fixed_width(const char *what, bcast_plain_fn *cast, From fits, From unfit, Convert convert)
+{
+    add_beside_plain<From, To>(what, cast, fits, unfit, [convert](const bdta3_col *src, bdta3_col *dst, uint16_t rows) {
+        return plain_loop<From, To>(src, dst, rows, convert);
+    });
 }
 
 } // namespace bench

@@ -2,27 +2,12 @@
 // among them differ in their range test only, and those that cannot fail copy the element as it stands.
 
 #include "src/frame/block_walk.h"
+#include "src/frame/common_runs.h"
 
 #include <bcast/casts.h>
 
 namespace {
 
-RUN void copy4(const int32_t *from, const uint8_t *flags, int32_t *to, uint32_t n)
-{
-    convert_run(from, flags, to, n, low<int32_t>);
-}
-RUN void copy8(const int64_t *from, const uint8_t *flags, int64_t *to, uint32_t n)
-{
-    convert_run(from, flags, to, n, low<int64_t>);
-}
-RUN void widen(const int32_t *from, const uint8_t *flags, int64_t *to, uint32_t n)
-{
-    convert_run(from, flags, to, n, low<int64_t>);
-}
-RUN void low16(const int32_t *from, const uint8_t *flags, int32_t *to, uint32_t n)
-{
-    convert_run(from, flags, to, n, low<int16_t>);
-}
 RUN bool int_in_8_bits(const int32_t *from, const uint8_t *flags, int32_t *to, uint32_t n)
 {
     return convert_run(from, flags, to, n, excess<8>, low<int32_t>);

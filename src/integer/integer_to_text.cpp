@@ -1,6 +1,6 @@
-// Integers in decimal, into characters and text. Into characters there are two ways, which agree neither in who formats
-// nor in the code of a text that does not fit: int and smallint leave digits and limit to a service, tinyint and int64
-// do not. A value is never cut.
+// Integers and bit in decimal, into characters and text. Into characters there are two ways, which agree neither in who
+// formats nor in the code of a text that does not fit: int and smallint leave digits and limit to a service, tinyint,
+// int64 and bit do not. A value is never cut.
 
 #include "src/frame/alias.h"
 #include "src/frame/row_walk.h"
@@ -46,7 +46,7 @@ int32_t by_service(void *env, void *heap, const bdta3_col *src, int32_t length, 
     });
 }
 
-// tinyint and int64: formatted here, and refused here when longer than the target.
+// tinyint, int64 and bit: formatted here, and refused here when longer than the target.
 template <class Element, blanks_rule blanks>
 int32_t formatted_here(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
 {
@@ -122,6 +122,17 @@ int32_t bcast_int64_to_varchar(void *env, void *heap, const bdta3_col *src, int3
                                uint16_t rows)
 {
     return formatted_here<int64_t, no_blanks>(env, heap, src, length, dst, rows);
+}
+
+int32_t bcast_bit_to_char(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
+{
+    return formatted_here<int32_t, up_to_length>(env, heap, src, length, dst, rows);
+}
+bcast_length_fn bcast_bit_to_varchar2 ALIAS_OF(bcast_bit_to_char);
+
+int32_t bcast_bit_to_varchar(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
+{
+    return formatted_here<int32_t, no_blanks>(env, heap, src, length, dst, rows);
 }
 
 int32_t bcast_int_to_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
