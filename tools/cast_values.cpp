@@ -51,6 +51,9 @@ loaded_cast cast_between(const type_name &from, const type_name &to)
     const auto cast = find_cast(cast_name(from.word, to.word));
     if (cast && can_run(*cast->entry) && can_make(cast->entry->source) && can_show(cast->entry->target))
         return *cast;
+    if (cast)
+        throw tool_error("the library has " + std::string(cast->entry->name) +
+                         ", but values of these types cannot be tried from the command line");
     const std::string targets = targets_of(from.word);
     if (targets.empty())
         throw tool_error("--from " + in_quotes(from.word) +

@@ -133,6 +133,12 @@ TEST(cast, length_is_missing_or_not_taken)
                    "type \"char(0)\": in brackets behind the name stands a length from 1 to 65535");
 }
 
+TEST(cast, a_cast_that_the_library_has_and_the_tool_cannot_try_is_named)
+{
+    expect_refused(cast("int", "bit", {"1"}), "the library has bcast_int_to_bit, but values of these types cannot be "
+                                              "tried from the command line");
+}
+
 TEST(cast, there_is_no_such_cast)
 {
     const run_result run = cast("int", "sometype", {"1"});
