@@ -17,7 +17,7 @@ namespace bcast::test {
 namespace {
 
 // Functions of the catalogue that are not written yet. Goes down with every family that is added.
-constexpr size_t expected_missing = 303;
+constexpr size_t expected_missing = 195;
 
 constexpr size_t all_functions = 348;
 

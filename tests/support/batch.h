@@ -13,6 +13,7 @@
 #include <map>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace bcast::test {
@@ -74,7 +75,15 @@ public:
         flags_[column_row(row)] = flag;
         std::memcpy(values_.data() + column_row(row) * stride_, &element, sizeof element);
     }
+    void set_bytes(uint32_t row, uint8_t flag, std::string_view element)
+    {
+        flags_[column_row(row)] = flag;
+        std::memcpy(values_.data() + column_row(row) * stride_, element.data(), element.size());
+    }
     void set_flag(uint32_t row, uint8_t flag) { flags_[column_row(row)] = flag; }
+    // By row of the column, which a cast that goes through sel does not count by.
+    void set_column_flag(uint32_t column_row, uint8_t flag) { flags_[column_row] = flag; }
+    uint8_t column_flag(uint32_t column_row) const { return flags_[column_row]; }
     uint8_t flag(uint32_t row) const { return flags_[column_row(row)]; }
     template <class T> T element(uint32_t row) const
     {
@@ -83,8 +92,9 @@ public:
         return element;
     }
 
-    // From here on a cast that looks at a flag ends the test.
+    // From here on a cast that looks at a flag, or at an element, ends the test.
     void hide_flags();
+    void hide_values();
 
     // The column as a cast gets it. From here on nothing in it can be written.
     const bdta3_col *sealed();
@@ -115,6 +125,10 @@ struct target_image {
     template <class T> void put(uint32_t row, const T &element)
     {
         std::memcpy(values.data() + row * stride, &element, sizeof element);
+    }
+    void put_bytes(uint32_t row, std::string_view element)
+    {
+        std::memcpy(values.data() + row * stride, element.data(), element.size());
     }
 };
 

@@ -1,11 +1,13 @@
 #include "tests/support/service_double.h"
 
 #include "services/column.h"
+#include "services/numeric.h"
 #include "services/text.h"
 #include "tests/support/call.h"
 
 #include <bcast/codes.h>
 
+#include <bit>
 #include <charconv>
 #include <cstring>
 #include <sstream>
@@ -101,6 +103,25 @@ service_call makes_constant(std::string value, std::string_view working_value)
             .working_value = working_value};
 }
 
+service_call assigns_bytes(const bdta3_col *target, uint32_t row, std::string bytes)
+{
+    const auto length = static_cast<int32_t>(bytes.size());
+    return {.service = "bdta3_col_assign_bin",
+            .env = env(),
+            .heap = heap(),
+            .column = target,
+            .row = static_cast<int32_t>(row),
+            .bytes = std::move(bytes),
+            .length = length};
+}
+
+service_call judges_double(double value)
+{
+    return {.service = "ntype_is_double_overflow", .number = std::bit_cast<int64_t>(value)};
+}
+
+service_call judges_int(int64_t value) { return {.service = "ntype_is_lint_overflow", .number = value}; }
+
 service_call assigns_constant(const bdta3_col *target, uint32_t row, std::string_view value)
 {
     std::string constant = constant_of(value);
@@ -191,6 +212,12 @@ int32_t service_double::format(int32_t value, int32_t limit, char *buffer, int32
     std::memcpy(buffer, text.data(), text.size());
     *out_len = static_cast<int32_t>(text.size());
     return status;
+}
+
+int32_t service_double::judge(std::string_view service, int64_t number, const std::string &value)
+{
+    log_.push_back({.service = service, .number = number});
+    return result_for(service, value);
 }
 
 std::string_view service_double::state_of(const nstr &value)
@@ -373,5 +400,15 @@ int32_t str2int64(const char *text, int32_t length, int64_t *result) { return se
 int32_t str_from_int(int32_t value, int32_t limit, char *buffer, int32_t *out_len)
 {
     return services().format(value, limit, buffer, out_len);
+}
+
+int32_t ntype_is_double_overflow(double value)
+{
+    return services().judge("ntype_is_double_overflow", std::bit_cast<int64_t>(value), std::to_string(value));
+}
+
+int32_t ntype_is_lint_overflow(int64_t value)
+{
+    return services().judge("ntype_is_lint_overflow", value, std::to_string(value));
 }
 }

@@ -41,6 +41,9 @@ service_call parses(const bdta3_str &element, int32_t length);
 service_call formats(int32_t value, int32_t limit);
 service_call assigns_text(const bdta3_col *target, uint32_t row, std::string text, int32_t pad);
 service_call makes_constant(std::string value, std::string_view working_value);
+service_call assigns_bytes(const bdta3_col *target, uint32_t row, std::string bytes);
+service_call judges_double(double value); // its bits are the call's number
+service_call judges_int(int64_t value);
 service_call assigns_constant(const bdta3_col *target, uint32_t row, std::string_view value);
 
 // The state of an nstr as it comes into nblob_assign_const.
@@ -56,7 +59,7 @@ public:
     void reset();
 
     // The result of a service for one value: the text that is parsed, the decimal text of the number that is
-    // formatted, the bytes of the constant. A positive result is a success.
+    // formatted or judged, the bytes of the constant. A positive result is a success.
     void answer(std::string_view service, std::string value, int32_t result);
 
     // The call of that number, counted from 0 over all calls that can fail, fails with that code.
@@ -76,6 +79,7 @@ public:
     // The services.
     int32_t parse(const char *text, int32_t length, int64_t *result);
     int32_t format(int32_t value, int32_t limit, char *buffer, int32_t *out_len);
+    int32_t judge(std::string_view service, int64_t number, const std::string &value);
     int32_t make_constant(void *env, void *heap, nstr *value, const char *bytes, int32_t len);
     void make_text(void *env, void *heap, nstr *value, const char *text);
     void clear(void *env, void *heap, nstr *value);

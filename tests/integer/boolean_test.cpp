@@ -1,0 +1,316 @@
+// Casts to boolean, which keeps its null in the element, and from it; the two tests for a binary zero.
+
+#include "tests/support/call.h"
+#include "tests/support/element_cast.h"
+#include "tests/support/service_double.h"
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+
+namespace bcast::test {
+namespace {
+
+template <class Source> sample becomes(const Source &from, int32_t to) { return {image_of(from), image_of(to)}; }
+
+template <class Float> std::vector<sample> floating_samples()
+{
+    using limits = std::numeric_limits<Float>;
+    return {becomes(Float{0}, 0),
+            becomes(Float{1}, 1),
+            becomes(-Float{0}, 0),
+            becomes(limits::quiet_NaN(), 1),
+            becomes(limits::denorm_min(), 1),
+            becomes(-limits::denorm_min(), 1),
+            becomes(limits::infinity(), 1),
+            becomes(Float{-0.5}, 1)};
+}
+
+std::vector<sample> int32_samples()
+{
+    std::vector<sample> samples{becomes(int32_t{0}, 0)};
+    for (const int32_t value : {1, -1, 2, 0x100, 0x10000, 0x1000000, std::numeric_limits<int32_t>::min()})
+        samples.push_back(becomes(value, 1));
+    return samples;
+}
+
+std::vector<sample> int64_samples()
+{
+    std::vector<sample> samples{becomes(int64_t{0}, 0)};
+    for (const int64_t value : {int64_t{1}, int64_t{-1}, int64_t{1} << 32, std::numeric_limits<int64_t>::min()})
+        samples.push_back(becomes(value, 1));
+    return samples;
+}
+
+// Byte 1 alone tells; the record of a true zero begins with 80 00.
+std::vector<sample> dec_samples()
+{
+    const auto dec = [](uint8_t first, uint8_t second, uint8_t rest) {
+        xdec d;
+        std::ranges::fill(d.bytes, rest);
+        d.bytes[0] = first;
+        d.bytes[1] = second;
+        return d;
+    };
+    return {becomes(dec(0x80, 0, 0), 0),    becomes(dec(0xC1, 1, 0), 1), becomes(dec(0xC1, 0, 0xFF), 0),
+            becomes(dec(0x80, 0x40, 0), 1), becomes(dec(0, 0xFF, 0), 1), becomes(dec(0, 0, 1), 0)};
+}
+
+// Length and pad_len alone tell, and nobody may follow the pointer.
+std::vector<sample> text_samples()
+{
+    const auto text = [](int32_t length, int32_t pad_len) {
+        return bdta3_str{length, pad_len, static_cast<char *>(inaccessible())};
+    };
+    return {becomes(text(0, 0), 0), becomes(text(1, 0), 1),       becomes(text(0, 5), 1),
+            becomes(text(5, 0), 1), becomes(text(0x10000, 0), 1), becomes(text(0, 0x1000000), 1),
+            becomes(text(1, -1), 1)};
+}
+
+struct zero_case {
+    std::string text;
+    int32_t is_zero;
+};
+
+const std::vector<zero_case> &zero_cases()
+{
+    using namespace std::string_literals;
+    static const std::vector<zero_case> cases{
+        {"", 1},
+        {"1", 1},
+        {"\0"s, 1},
+        {"12", 1},
+        {"\0\0"s, 1},
+        {"0x0", 1},
+        {"0x1", 0},
+        {"\0\0\0"s, 0},
+        {"0x ", 0},
+        {"zz0", 1},
+        {"0x00", 1},
+        {"0x10", 0},
+        {"0x01", 0},
+        {"000", 1},
+        {"0x/", 0},
+        {"0x\xB0", 0},
+        {"0x000", 1},
+        {"0x001", 0},
+        {"0x010", 0},
+        {"0x100", 0},
+        {"0x0\0"
+         "0"s,
+         0},
+        {"0x" + std::string(200, '0'), 1},
+        {"0x" + std::string(200, '0') + "f", 0},
+        {"0x" + std::string(70000, '0') + "1", 0},
+    };
+    return cases;
+}
+
+// The bytes beside inaccessible pages; the first two lie on one, for nobody has to look at them.
+class text_without_a_prefix {
+public:
+    explicit text_without_a_prefix(const std::string &text)
+        : read_(std::span<const char>(text).subspan(std::min<size_t>(2, text.size())), guard_edge::start)
+    {}
+    char *text() { return read_.data() - 2; }
+
+private:
+    guarded<char> read_;
+};
+
+std::vector<sample> varbinary_samples()
+{
+    static const std::vector<std::unique_ptr<guarded<char>>> texts = [] {
+        std::vector<std::unique_ptr<guarded<char>>> all;
+        for (const zero_case &c : zero_cases())
+            all.push_back(std::make_unique<guarded<char>>(std::span<const char>(c.text)));
+        return all;
+    }();
+    std::vector<sample> samples;
+    for (size_t k = 0; k < texts.size(); k++) {
+        // pad_len has no part in it.
+        const bdta3_str element{static_cast<int32_t>(texts[k]->size()), static_cast<int32_t>(k % 3), texts[k]->data()};
+        samples.push_back(becomes(element, 1 - zero_cases()[k].is_zero));
+    }
+    return samples;
+}
+
+// Of values that are not read at all.
+std::vector<sample> samples_of_any(size_t bytes) { return {{std::string(bytes, '\0'), image_of(int32_t{1})}}; }
+
+std::vector<sample> from_boolean_samples(std::string (*stored)(int32_t))
+{
+    std::vector<sample> samples;
+    for (const int32_t value : {0, 1, 2, -1, 127, 128, 300, 32767, 32768, 40000, 0x12345678, INT32_MIN})
+        samples.push_back({image_of(value), stored(value)});
+    return samples;
+}
+
+std::string low_8_bits(int32_t value) { return image_of(int32_t{static_cast<int8_t>(value)}); }
+std::string low_16_bits(int32_t value) { return image_of(int32_t{static_cast<int16_t>(value)}); }
+std::string as_it_is(int32_t value) { return image_of(value); }
+std::string as_int64(int32_t value) { return image_of(int64_t{value}); }
+
+#define NAMED(cast) #cast, cast
+std::vector<element_cast> rules()
+{
+    using enum row_walk;
+    return {
+        {NAMED(bcast_tinyint_to_boolean), to_boolean, int32_samples()},
+        {NAMED(bcast_smallint_to_boolean), to_boolean, int32_samples()},
+        {NAMED(bcast_int_to_boolean), to_boolean, int32_samples()},
+        {NAMED(bcast_int64_to_boolean), to_boolean, int64_samples()},
+        {NAMED(bcast_bit_to_boolean), to_boolean, int32_samples()},
+        {NAMED(bcast_float_to_boolean), to_boolean, floating_samples<float>()},
+        {NAMED(bcast_double_to_boolean), to_boolean, floating_samples<double>(), predicate::double_overflow},
+        {NAMED(bcast_dec_to_boolean), to_boolean, dec_samples()},
+        {NAMED(bcast_char_to_boolean), to_boolean, text_samples()},
+        {NAMED(bcast_varbinary_to_boolean), to_boolean, varbinary_samples()},
+        {NAMED(bcast_date_to_boolean), to_boolean, samples_of_any(12), predicate::none, false},
+        {NAMED(bcast_time_to_boolean), to_boolean, samples_of_any(12), predicate::none, false},
+        {NAMED(bcast_datetime_to_boolean), to_boolean, samples_of_any(12), predicate::none, false},
+        {NAMED(bcast_iv_ym_to_boolean), to_boolean, samples_of_any(12), predicate::none, false},
+        {NAMED(bcast_iv_dt_to_boolean), to_boolean, samples_of_any(24), predicate::none, false},
+        {NAMED(bcast_boolean_to_boolean), flags_not_looked_at, from_boolean_samples(as_it_is)},
+        {NAMED(bcast_boolean_to_tinyint), by_flag, from_boolean_samples(low_8_bits)},
+        {NAMED(bcast_boolean_to_smallint), by_flag_or_all, from_boolean_samples(low_16_bits)},
+        {NAMED(bcast_boolean_to_int), by_flag_or_all, from_boolean_samples(as_it_is)},
+        {NAMED(bcast_boolean_to_int64), by_flag_or_all, from_boolean_samples(as_int64)},
+    };
+}
+#undef NAMED
+
+class boolean_cast : public testing::TestWithParam<element_cast> {};
+
+TEST_P(boolean_cast, rows_are_converted_and_null_rows_treated_as_the_table_says) { expect_conversions(GetParam()); }
+
+TEST_P(boolean_cast, every_row_count_up_to_the_largest) { expect_all_row_counts(GetParam()); }
+
+INSTANTIATE_TEST_SUITE_P(casts, boolean_cast, testing::ValuesIn(rules()),
+                         [](const auto &each) { return std::string(each.param.name); });
+
+TEST(double_to_boolean, stops_at_the_value_refused_with_flags_and_no_null_set)
+{
+    const std::vector<element_cast> all = rules();
+    const auto rule = std::ranges::find(all, &bcast_double_to_boolean, &element_cast::cast);
+    ASSERT_NE(rule, all.end());
+    expect_stops_by_predicate(*rule);
+}
+
+// ---- The one cast that takes the flag of the output row ---------------------------
+
+void expect_varchar_to_boolean(source_column &source, const setup &how, uint32_t rows)
+{
+    SCOPED_TRACE(std::to_string(rows) + " rows, " + describe(how));
+    services().reset();
+    const std::vector<sample> samples = text_samples();
+    target_column target(4, rows, how);
+    target_image expected = target.image();
+    expected.no_null = 1;
+    std::ranges::fill(expected.flags, uint8_t{1});
+    for (uint32_t row = 0; row < rows; row++) {
+        const sample &s = samples[row % samples.size()];
+        source.set_bytes(row, source.flag(row), s.from);
+        if (how.no_null != 0 || source.column_flag(row) != 0)
+            expected.put_bytes(row, s.to);
+        else
+            expected.put(row, int32_t{BOOL_UNKNOWN});
+    }
+    if (how.no_null != 0)
+        source.hide_flags();
+    EXPECT_EQ(call(bcast_varchar_to_boolean, {source.sealed(), target.column(), rows}), 0);
+    EXPECT_TRUE(target.holds(expected));
+    EXPECT_TRUE(services().logged({}));
+}
+
+TEST(varchar_to_boolean, takes_the_flag_of_the_output_row_and_the_value_of_the_source_row)
+{
+    for (const setup &how : all_setups()) {
+        for (const uint32_t rows : {0U, 1U, 2U, 33U, 1024U, 1025U, 2600U, 65535U}) {
+            source_column source(sizeof(bdta3_str), rows, how);
+            for (uint32_t row = 0; row < rows; row++)
+                source.set_column_flag(row, row % 3 == 1 ? 0 : static_cast<uint8_t>(1 + row % 255));
+            expect_varchar_to_boolean(source, how, rows);
+        }
+    }
+}
+
+// Rows 3 and 0 of a column with null rows 1 and 2: the flags of rows 0 and 1 are the ones that count.
+TEST(varchar_to_boolean, char_to_boolean_takes_both_from_the_source_row)
+{
+    const std::pair<bcast_plain_fn *, std::vector<int32_t>> casts[] = {{bcast_varchar_to_boolean, {1, 2}},
+                                                                       {bcast_char_to_boolean, {1, 0}}};
+    for (const auto &[cast, values] : casts) {
+        source_column source(sizeof(bdta3_str), 4, {3, 0}, 0);
+        source.set(0, 1, bdta3_str{7, 0, static_cast<char *>(inaccessible())});
+        source.set(1, 1, bdta3_str{0, 0, static_cast<char *>(inaccessible())});
+        source.set_column_flag(1, 0);
+        source.set_column_flag(2, 0);
+        target_column target(4, 2);
+        target_image expected = target.image();
+        expected.no_null = 1;
+        expected.flags = {1, 1};
+        expected.put(0, values[0]);
+        expected.put(1, values[1]);
+        EXPECT_EQ(call(cast, {source.sealed(), target.column(), 2}), 0);
+        EXPECT_TRUE(target.holds(expected)) << (cast == bcast_char_to_boolean ? "char" : "varchar");
+    }
+}
+
+// ---- Null ---------------------------------------------------------------------------
+
+TEST(null_to_boolean, every_row_is_present_and_unknown_and_the_source_not_read)
+{
+    for (const setup &how : all_setups()) {
+        for (const uint32_t rows : {0U, 1U, 7U, 1024U, 1025U, 65535U}) {
+            SCOPED_TRACE(std::to_string(rows) + " rows, " + describe(how));
+            target_column target(4, rows, how);
+            target_image expected = target.image();
+            expected.no_null = 1;
+            std::ranges::fill(expected.flags, uint8_t{1});
+            for (uint32_t row = 0; row < rows; row++)
+                expected.put(row, int32_t{BOOL_UNKNOWN});
+            EXPECT_EQ(
+                call(bcast_null_to_boolean, {static_cast<const bdta3_col *>(inaccessible()), target.column(), rows}),
+                0);
+            EXPECT_TRUE(target.holds(expected));
+        }
+    }
+}
+
+// ---- The tests for zero ---------------------------------------------------------------
+
+TEST(varbinary_is_zero2, asks_for_the_digit_0_from_the_third_byte_on)
+{
+    for (const zero_case &c : zero_cases()) {
+        guarded<char> text{std::span<const char>(c.text)};
+        const auto length = static_cast<int32_t>(c.text.size());
+        for (const int32_t pad_len : {0, 3}) {
+            const bdta3_str value{length, pad_len, text.data()};
+            EXPECT_EQ(bcast_varbinary_is_zero2(&value), c.is_zero) << testing::PrintToString(c.text);
+        }
+        text_without_a_prefix prefixless(c.text);
+        const bdta3_str unseen{length, 0, prefixless.text()};
+        EXPECT_EQ(bcast_varbinary_is_zero2(&unseen), c.is_zero)
+            << testing::PrintToString(c.text) << ", first two bytes unreadable";
+    }
+}
+
+TEST(varbinary_is_zero, reads_what_stands_behind_outline_be_it_short_or_not)
+{
+    for (const zero_case &c : zero_cases()) {
+        guarded<char> text{std::span<const char>(c.text)};
+        text_without_a_prefix prefixless(c.text);
+        for (char *outline : {text.data(), prefixless.text()}) {
+            // Inline stands what would give the other answer.
+            nstr value{};
+            std::ranges::fill(value.inline_bytes, c.is_zero ? '1' : '0');
+            value.length = static_cast<uint32_t>(c.text.size());
+            value.outline = outline;
+            EXPECT_EQ(bcast_varbinary_is_zero(&value), c.is_zero) << testing::PrintToString(c.text);
+        }
+    }
+}
+
+} // namespace
+} // namespace bcast::test
