@@ -176,8 +176,9 @@ bcast_length_fn bcast_int64_to_char, bcast_int64_to_varchar, bcast_int64_to_varc
 /* Integers to text */
 bcast_capture_fn bcast_tinyint_to_text, bcast_smallint_to_text, bcast_int_to_text, bcast_int64_to_text;
 
-/* Integers to bytes, most significant first. The low 16 bits of length decide how many; for a binary target it is at
- * most 32768, and bcast_int64_to_binary stores 8 bytes from the front of the padded value */
+/* Integers to bytes, most significant first. The low 16 bits of length decide how many; what is stored goes by all 32.
+ * For a binary target length is at most 32768, and bcast_int64_to_binary stores 8 bytes from the front of the padded
+ * value */
 bcast_length_fn bcast_tinyint_to_binary, bcast_tinyint_to_varbinary, bcast_smallint_to_binary,
     bcast_smallint_to_varbinary, bcast_int_to_binary, bcast_int_to_varbinary, bcast_int64_to_binary,
     bcast_int64_to_varbinary;
