@@ -26,7 +26,7 @@ void put_bytes(uint8_t *out, uint32_t count, int64_t value)
         out[k - 1] = uint8_t(low);
 }
 
-// Whether a target of that length takes no more than `kept` bytes of the value.
+// How many bytes of a value so wide a target of that length keeps.
 uint32_t kept_bytes(uint32_t width, int32_t length) { return std::min<uint32_t>(width, uint16_t(length)); }
 
 template <uint32_t width, class Element, class Check>
@@ -36,7 +36,7 @@ int32_t to_varbinary(void *env, void *heap, const bdta3_col *src, int32_t length
     const Element *from = elements<Element>(src);
     const uint32_t kept = kept_bytes(width, length);
     const int32_t stored = kept < width ? length : int32_t(width);
-    uint8_t bytes[1024];
+    uint8_t bytes[width];
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
