@@ -15,8 +15,24 @@ extern "C" {
  * one. */
 int32_t ntype_is_double_overflow(double value);
 
+/* Negative, which becomes the row's code in most casts, if value does not fit a float. */
+int32_t ntype_is_float_overflow(double value);
+
+/* Negative if value lies outside of int64. */
+int32_t ntype_is_lint64_overflow(double value);
+
 /* Exactly ERR_OVERFLOW if value is outside of int32; its callers compare with that code and do not look at the sign. */
 int32_t ntype_is_lint_overflow(int64_t value);
+
+/* Stores value as an integer in *out; or returns a negative code, which becomes the row's. */
+int32_t dou2int64(double value, int64_t *out);
+
+/* What value was before it came to vq_dou2char. */
+enum bcast_floating { BCAST_WAS_FLOAT = 0, BCAST_WAS_DOUBLE = 1 };
+
+/* Writes value to buf, which has room for 504 bytes, and returns the length of the text, which is not terminated.
+ * kind is a bcast_floating. Cannot fail: infinity and NaN have a text. */
+int32_t vq_dou2char(int32_t kind, double value, char *buf);
 
 #pragma GCC visibility pop
 
