@@ -61,18 +61,26 @@ void take(const uint16_t *__restrict sel, const Word *__restrict values, uint32_
 void take_selected(size_t width, const uint16_t *sel, const uint8_t *flags, const void *values, uint32_t n,
                    uint8_t *to_flags, void *to)
 {
-    if (width == sizeof(word8))
-        take(sel, flags, static_cast<const word8 *>(values), n, to_flags, static_cast<word8 *>(to));
-    else
-        take(sel, flags, static_cast<const word4 *>(values), n, to_flags, static_cast<word4 *>(to));
+    switch (width) {
+    case sizeof(word4):
+        return take(sel, flags, static_cast<const word4 *>(values), n, to_flags, static_cast<word4 *>(to));
+    case sizeof(word8):
+        return take(sel, flags, static_cast<const word8 *>(values), n, to_flags, static_cast<word8 *>(to));
+    case sizeof(vqtime):
+        return take(sel, flags, static_cast<const vqtime *>(values), n, to_flags, static_cast<vqtime *>(to));
+    }
 }
 
 void take_selected_values(size_t width, const uint16_t *sel, const void *values, uint32_t n, void *to)
 {
-    if (width == sizeof(word8))
-        take(sel, static_cast<const word8 *>(values), n, static_cast<word8 *>(to));
-    else
-        take(sel, static_cast<const word4 *>(values), n, static_cast<word4 *>(to));
+    switch (width) {
+    case sizeof(word4):
+        return take(sel, static_cast<const word4 *>(values), n, static_cast<word4 *>(to));
+    case sizeof(word8):
+        return take(sel, static_cast<const word8 *>(values), n, static_cast<word8 *>(to));
+    case sizeof(vqtime):
+        return take(sel, static_cast<const vqtime *>(values), n, static_cast<vqtime *>(to));
+    }
 }
 
 void zero_nulls(size_t width, const uint8_t *flags, const void *from, void *to, uint32_t n)

@@ -15,8 +15,8 @@
 // Rows that are worked on at a time, so that source, target and buffers stay in the first-level cache.
 constexpr uint32_t block_rows = 1024;
 
-// By the width of an element, 4 or 8 bytes: the flags and elements of n selected rows; the elements alone; the elements
-// of n rows, with those of null rows zeroed (from may be to).
+// By the width of an element, 4, 8 or 12 bytes: the flags and elements of n selected rows; the elements alone. By that
+// of 4 or 8: the elements of n rows, with those of null rows zeroed (from may be to).
 void take_selected(size_t width, const uint16_t *sel, const uint8_t *flags, const void *values, uint32_t n,
                    uint8_t *to_flags, void *to);
 void take_selected_values(size_t width, const uint16_t *sel, const void *values, uint32_t n, void *to);

@@ -22,14 +22,6 @@ inline uint32_t row_count(uint16_t rows)
 
 inline void copy_no_null(const bdta3_col *src, bdta3_col *dst) { dst->no_null = src->no_null; }
 
-// Behind a walk that stops at a failure: no_null is copied unless one has stopped it. Gives the walk's status on.
-inline int32_t copy_no_null_behind(const bdta3_col *src, bdta3_col *dst, int32_t status)
-{
-    if (status >= 0)
-        copy_no_null(src, dst);
-    return status;
-}
-
 // Makes output row i null although its source row is not; the status of such a row.
 inline int32_t turn_null(bdta3_col *dst, uint32_t i)
 {

@@ -1,7 +1,31 @@
-// The two ways to go on when a row has failed.
+// What becomes of a row, and the two ways to go on when it has failed.
 #pragma once
 
 #include <cstdint>
+
+// The outcome of a row: 0 or the code that it failed with, which a number stands for as it is.
+struct row_outcome {
+    int32_t code;
+    bool ends_cast = false;
+
+    row_outcome(int32_t row_code) : code(row_code) {}
+};
+
+// A failure that is none of the row's data: it ends the cast also where failures are captured.
+inline row_outcome end_of_cast(int32_t code)
+{
+    row_outcome outcome = code;
+    outcome.ends_cast = true;
+    return outcome;
+}
+
+// The outcome of a walk, which is a cast's status: 0, the code of the row that ended it, or the last code captured.
+struct walk_outcome {
+    int32_t status;
+    bool reached_end;
+
+    operator int32_t() const { return status; }
+};
 
 // A cast without err_codes: the first failure ends it.
 struct stop {

@@ -2,8 +2,7 @@
 // fixed-width elements that call none have the block walk.
 //
 // `convert(r, i)` makes output row i from source row r and returns 0, or a negative code when the row fails. It is
-// called for the rows that the walk takes to be present, in ascending order, behind the row's target flag. A walk
-// returns 0, the code of the row that ended it, or the last code captured.
+// called for the rows that the walk takes to be present, in ascending order, behind the row's target flag.
 #pragma once
 
 #include "src/frame/column.h"
@@ -13,7 +12,7 @@
 
 // Calls walk with the function from output row to source row, so that each of the two is compiled into a loop of its
 // own.
-template <class Walk> int32_t with_source_rows(const bdta3_col *src, Walk walk)
+template <class Walk> walk_outcome with_source_rows(const bdta3_col *src, Walk walk)
 {
     if (const uint16_t *sel = src->sel)
         return walk([sel](uint32_t i) -> uint32_t { return sel[i]; });
@@ -23,7 +22,7 @@ template <class Walk> int32_t with_source_rows(const bdta3_col *src, Walk walk)
 // Flag-driven: every row's flag is copied as it stands, and tells whether the row is converted. no_null is not looked
 // at.
 template <class Failures, class Convert>
-int32_t walk_present_rows(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Failures failures, Convert convert)
+walk_outcome walk_present_rows(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Failures failures, Convert convert)
 {
     const uint32_t n = row_count(rows);
     const uint8_t *src_flags = src->data->flags;
@@ -36,34 +35,34 @@ int32_t walk_present_rows(const bdta3_col *src, bdta3_col *dst, uint16_t rows, F
             dst_flags[i] = flag;
             if (flag == 0)
                 continue;
-            const int32_t code = convert(r, i);
-            if (code < 0 && !failures.captured(i, code))
-                return code;
+            const row_outcome row = convert(r, i);
+            if (row.code < 0 && (row.ends_cast || !failures.captured(i, row.code)))
+                return walk_outcome{row.code, false};
         }
-        return failures.status();
+        return walk_outcome{failures.status(), true};
     });
 }
 
 // Every row is converted, whatever its flag; flags are not touched.
 template <class Failures, class Convert>
-int32_t walk_all_rows(const bdta3_col *src, uint16_t rows, Failures failures, Convert convert)
+walk_outcome walk_all_rows(const bdta3_col *src, uint16_t rows, Failures failures, Convert convert)
 {
     const uint32_t n = row_count(rows);
 
     return with_source_rows(src, [&](auto source_row) {
         for (uint32_t i = 0; i < n; i++) {
-            const int32_t code = convert(source_row(i), i);
-            if (code < 0 && !failures.captured(i, code))
-                return code;
+            const row_outcome row = convert(source_row(i), i);
+            if (row.code < 0 && (row.ends_cast || !failures.captured(i, row.code)))
+                return walk_outcome{row.code, false};
         }
-        return failures.status();
+        return walk_outcome{failures.status(), true};
     });
 }
 
 // Filling: where the source says that no row is null, its flags are not read; all target flags become 1 ahead of the
 // first row and all rows are converted. Otherwise flag-driven.
 template <class Failures, class Convert>
-int32_t walk_filling_flags(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Failures failures, Convert convert)
+walk_outcome walk_filling_flags(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Failures failures, Convert convert)
 {
     if (!src->no_null)
         return walk_present_rows(src, dst, rows, failures, convert);
@@ -74,8 +73,8 @@ int32_t walk_filling_flags(const bdta3_col *src, bdta3_col *dst, uint16_t rows, 
 // Flag-driven, but that without a selection all flags are copied as one block ahead of the first row: a failure that
 // ends the cast then leaves the flags of the rows behind it copied.
 template <class Failures, class Convert>
-int32_t walk_copying_flags_ahead(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Failures failures,
-                                 Convert convert)
+walk_outcome walk_copying_flags_ahead(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Failures failures,
+                                      Convert convert)
 {
     if (src->sel)
         return walk_present_rows(src, dst, rows, failures, convert);
@@ -83,4 +82,12 @@ int32_t walk_copying_flags_ahead(const bdta3_col *src, bdta3_col *dst, uint16_t 
     memcpy(dst->data->flags, src->data->flags, row_count(rows));
     return walk_all_rows(src, rows, failures,
                          [&](uint32_t r, uint32_t i) { return flags[i] == 0 ? 0 : convert(r, i); });
+}
+
+// Behind a walk: no_null is copied if it reached its end. Gives the walk's status on.
+inline int32_t copy_no_null_behind(const bdta3_col *src, bdta3_col *dst, walk_outcome walk)
+{
+    if (walk.reached_end)
+        copy_no_null(src, dst);
+    return walk.status;
 }

@@ -3,6 +3,7 @@
 // int64 and bit do not. A value is never cut.
 
 #include "src/frame/alias.h"
+#include "src/frame/blanks.h"
 #include "src/frame/row_walk.h"
 #include "src/frame/working_value.h"
 
@@ -15,11 +16,6 @@
 #include <charconv>
 
 namespace {
-
-// Blanks that a char target counts behind a text of len bytes; a varchar target counts none.
-int32_t up_to_length(int32_t length, int32_t len) { return length - len; }
-int32_t no_blanks(int32_t, int32_t) { return 0; }
-using blanks_rule = int32_t(int32_t length, int32_t len);
 
 struct decimal_digits {
     char text[20]; // the longest int64 with its sign
