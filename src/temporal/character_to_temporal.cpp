@@ -1,0 +1,107 @@
+// Text into dates, and into timestamps that are moved to a local zone. There are two parsers. The _fast casts give
+// theirs a terminated copy, with two arguments of the caller, and refuse text of 256 bytes or more; the others give the
+// element's own text.
+
+#include "src/frame/row_walk.h"
+
+#include "services/temporal.h"
+
+#include <bcast/casts.h>
+#include <bcast/codes.h>
+
+namespace {
+
+constexpr int32_t length_limit = 256;
+
+// For one batch. Gives what the parser gave.
+struct staged_parser {
+    uint16_t parse_word;
+    void *parse_ptr;
+    char staged[length_limit]; // not cleared: a row writes what the parser reads
+
+    staged_parser(uint16_t word, void *ptr) : parse_word(word), parse_ptr(ptr) {}
+
+    int32_t operator()(const bdta3_str &text, vqtime *value)
+    {
+        const auto len = uint32_t(text.length);
+        if (len >= length_limit)
+            return ERR_BAD_DATETIME;
+        memcpy(staged, text.text, len);
+        staged[len] = '\0';
+        return char_to_date_simple_with_alen(staged, text.length, parse_ptr, parse_word, value, 0);
+    }
+};
+
+template <bcast_temporal_type type> int32_t parse_in_place(const bdta3_str &text, vqtime *value)
+{
+    int32_t unused;
+    return vqtime_from_char_ex2(text.text, text.length, type, value, &unused);
+}
+
+void leave_zone(vqtime *) {}
+
+// Moves a value to the zone, but for one whose zone reads 480. That the shift fails is no failure of the row: the value
+// is what the service left.
+auto move_to(int16_t local_tz)
+{
+    return [local_tz](vqtime *value) {
+        const auto zone = int16_t(vqtime_get_tz(value));
+        if (zone != TZ_NO_SHIFT)
+            vqtime_add_by_fmt(value, FIELD_MINUTE, local_tz - zone, value);
+    };
+}
+
+// The conversion of a present row. Empty text is a null, and so is what the parser says denotes no value.
+template <class Parse, class Move> auto row_reader(const bdta3_col *src, bdta3_col *dst, Parse &parse, Move move)
+{
+    return [dst, from = elements<bdta3_str>(src), to = elements<vqtime>(dst), &parse, move](uint32_t r, uint32_t i) {
+        if (from[r].length == 0)
+            return turn_null(dst, i);
+        vqtime value;
+        const int32_t status = parse(from[r], &value);
+        if (status < 0)
+            return status;
+        if (status == PARSE_NULL)
+            return turn_null(dst, i);
+        move(&value);
+        vqtime_glgl_adjust_ignore(&value);
+        to[i] = value;
+        return 0;
+    };
+}
+
+} // namespace
+
+int32_t bcast_char_to_date_fast(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t parse_word,
+                                void *parse_ptr, uint16_t rows, int32_t *err_codes, uint16_t *err_count)
+{
+    staged_parser parse(parse_word, parse_ptr);
+
+    copy_no_null(src, dst);
+    return walk_filling_flags(src, dst, rows, capture{err_codes, err_count}, row_reader(src, dst, parse, leave_zone));
+}
+
+int32_t bcast_varchar2_to_date(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
+{
+    copy_no_null(src, dst);
+    return walk_present_rows(src, dst, rows, stop{}, row_reader(src, dst, parse_in_place<TYPE_DATE>, leave_zone));
+}
+
+int32_t bcast_char_to_tltz_fast(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t parse_word,
+                                void *parse_ptr, uint16_t rows, int32_t *err_codes, uint16_t *err_count,
+                                int16_t local_tz)
+{
+    staged_parser parse(parse_word, parse_ptr);
+
+    copy_no_null(src, dst);
+    return walk_filling_flags(src, dst, rows, capture{err_codes, err_count},
+                              row_reader(src, dst, parse, move_to(local_tz)));
+}
+
+int32_t bcast_varchar_to_timestamp_local_time_zone(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
+                                                   int32_t *err_codes, uint16_t *err_count, int16_t local_tz)
+{
+    copy_no_null(src, dst);
+    return walk_present_rows(src, dst, rows, capture{err_codes, err_count},
+                             row_reader(src, dst, parse_in_place<TYPE_DATETIME>, move_to(local_tz)));
+}
