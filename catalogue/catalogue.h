@@ -40,7 +40,7 @@ enum class protocol {
 // When and how the target's no_null is written.
 enum class no_null {
     after,        // the source's, behind a walk that ran to its end
-    before,       // the source's, ahead of the walk; 0 when a row turns null
+    before,       // the source's, ahead of the walk; 0 when a row turns null or gets a verdict
     set,          // 1
     clear,        // 0
     only_cleared, // kept, but 0 when a row turns null

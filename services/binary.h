@@ -1,6 +1,7 @@
 /* libbcast services: binary values. See column.h here for what a service is.
  *
- * A negative result is a failure code, which becomes the row's.
+ * A negative result is a failure code, which becomes the row's unless something
+ * else is said.
  */
 #ifndef BCAST_SERVICES_BINARY_H
 #define BCAST_SERVICES_BINARY_H
@@ -26,7 +27,8 @@ typedef struct nbin {
 int32_t nbin_from_char_ex(const char *text, uint32_t text_len, nbin *out, int32_t has_prefix);
 
 /* The hexadecimal text of len bytes, two digits each without a prefix, and a NUL behind them, into buf, which has room
- * for it. flag is 0. */
+ * for it. flag is 0. The casts to hex_char and hex_varchar do not look at the result: there is to be a NUL in any case.
+ */
 int32_t nbin_to_char_ex(const void *bytes, uint32_t len, char *buf, int32_t flag);
 
 /* Stores the integer that len bytes hold in *out, an integer of width bytes: 1, 2, 4 or 8. Fails where it does not fit.

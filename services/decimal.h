@@ -39,7 +39,8 @@ double xdec_get_double(const xdec *src, int32_t *status);
 int32_t xdec_get_int64(const xdec *src, int64_t *out);
 
 /* Writes the text, which needs no terminator, to buf, which has room for buf_size bytes, and its length to *out_len.
- * The text follows the shape, or has none if len and prec are both 0. */
+ * The text follows the shape, or has none if len and prec are both 0. len is a
+ * signed byte extended to 16 bits here, so that one above 127 comes as 0xFF80 and more. */
 int32_t xdec_to_char_with_zero(const xdec *src, char *buf, int32_t buf_size, uint16_t len, int32_t prec,
                                int32_t *out_len);
 

@@ -30,7 +30,8 @@ int32_t interval_dt_validate(ivdt *interval, uint16_t word);
 int32_t vq_interval_ym_from_char(void *env, const char *text, ivym *interval, uint16_t word);
 int32_t vq_interval_dt_from_char(void *env, const char *text, ivdt *interval, uint16_t word);
 
-/* Writes the text, with a NUL behind it, to text, which has room for 504 bytes. 0 is a failure. */
+/* Writes the text, with a NUL behind it, to text, which has room for 504 bytes. 0 is a failure,
+ * anything else a success. */
 int32_t vq_interval_ym_to_char(const ivym *interval, char *text, uint16_t word);
 int32_t vq_interval_dt_to_char(const ivdt *interval, char *text, uint16_t word);
 

@@ -56,13 +56,15 @@ void vqtime_set_tz(vqtime *value, int32_t tz);
  * may store. */
 int32_t vqtime_add_by_fmt(const vqtime *value, int32_t field, int64_t amount, vqtime *result);
 
-/* Rounds the second to so many fraction digits, and carries. result may be value. */
+/* Rounds the second to so many fraction digits, and carries. result may be value, and is the column's own element in
+ * some casts, which holds what a failure leaves. 0 or what else it returns may become a cast's status. */
 int32_t vqtime_round_by_prec(const vqtime *value, uint16_t digits, vqtime *result);
 
 /* Clears what a bcast_temporal_type does not hold. */
 void vqtime_reset(vqtime *value, int32_t type);
 
-/* ---- Values to text: 0 is a failure. text has room for 504 bytes and gets a NUL behind its characters. zero is 0.
+/* ---- Values to text: 0 is a failure, anything else a success. text has room for 504 bytes and gets a NUL behind its
+ * characters. zero is 0.
  * ---- */
 
 /* A value on its way into text, between two of these services. */

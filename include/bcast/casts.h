@@ -29,12 +29,13 @@
  * no_null of the target
  *
  *   To numbers, bit, temporal values and intervals from sources that are not
- *   char, varchar or varchar2, and between char, varchar and varchar2 (but for
- *   the explicit forms), varbinary, text and blob by plain copies: the source's,
- *   behind the last row. A cast that stops leaves it as it was.
+ *   char, varchar or varchar2; between char, varchar and varchar2, but for the
+ *   explicit forms; binary and varbinary to varbinary, text to text, blob to blob:
+ *   the source's, behind the last row. A cast that stops leaves it as it was.
  *
- *   To characters, binary, text, blob and bfile otherwise, and from characters
- *   to numbers and temporal values: the source's, ahead of the first row. A row
+ *   To characters, binary, varbinary, text, blob and bfile otherwise, and from
+ *   characters to numbers, bit and temporal values: the source's, ahead of the
+ *   first row. A row
  *   that turns null on the way, as an empty text does that is to become a number,
  *   sets it to 0.
  *
@@ -59,9 +60,10 @@
  *   source column ends the cast all the same.
  *
  * The flag of a row that failed is 0 where the target is char, varchar,
- * varchar2, binary, varbinary, text or blob, unless copy_row or memory failed.
- * Where it is of another type the flag stays set, with the element unwritten: look
- * at err_codes first.
+ * varchar2, binary, varbinary, text or blob, unless the source's copy_row or the
+ * column's space failed. Where it is of another type the flag stays set, with the
+ * element unwritten, or, of the casts between temporal types, left as the service
+ * that failed wrote it: look at err_codes first.
  *
  * Threads: any number of threads may run casts at once on different targets.
  */
@@ -252,7 +254,8 @@ bcast_length_capture_fn bcast_varchar_to_bfile;
 /* Characters to text and blob: the padding becomes real blanks; both together are at most 32768 bytes */
 bcast_capture_fn bcast_varchar_to_text, bcast_varchar_to_blob;
 
-/* Hexadecimal text to binary: binary is filled with zero bytes up to length, which is at most 32768 */
+/* Hexadecimal text to binary: binary is filled with zero bytes up to length, which is at most 32768. The explicit forms
+ * cut a value that is too long */
 bcast_length_capture_fn bcast_char_to_binary, bcast_char_to_varbinary;
 bcast_length_capture_fn bcast_varchar_to_binary, bcast_varchar_to_varbinary;
 bcast_length_capture_fn bcast_varchar2_to_binary, bcast_varchar2_to_varbinary;
@@ -260,7 +263,8 @@ bcast_length_capture_fn bcast_hex_char_to_binary, bcast_hex_char_to_varbinary;
 bcast_length_capture_fn bcast_hex_varchar_to_binary, bcast_hex_varchar_to_binary_explicit,
     bcast_hex_varchar_to_varbinary, bcast_hex_varchar_to_varbinary_explicit;
 
-/* Binary to hexadecimal text: of a value above 32767 bytes none; bcast_varbinary_to_hex_char then leaves the flag set
+/* Binary to hexadecimal text: of a value above 32767 bytes none; the casts to hex_char and hex_varchar2 then leave the
+ * flag set. The explicit forms cut the text
  */
 bcast_length_capture_fn bcast_binary_to_char, bcast_binary_to_varchar, bcast_binary_to_varchar2;
 bcast_length_capture_fn bcast_varbinary_to_char, bcast_varbinary_to_varchar, bcast_varbinary_to_varchar2;
@@ -276,7 +280,7 @@ bcast_capture_fn bcast_varbinary_to_tinyint, bcast_varbinary_to_smallint, bcast_
     bcast_varbinary_to_int64;
 bcast_length_capture_fn bcast_varbinary_to_dec;
 
-/* Binary to binary: binary is filled with zero bytes up to length, which is at most 32768 */
+/* Binary to binary: binary is filled with zero bytes up to length, which is at most 32768. The explicit form cuts */
 bcast_length_capture_fn bcast_binary_to_binary, bcast_binary_to_varbinary, bcast_varbinary_to_binary,
     bcast_varbinary_to_varbinary;
 bcast_length_fn bcast_varbinary_to_binary_explicit;
@@ -308,7 +312,7 @@ bcast_plain_fn bcast_dec_to_text;
 bcast_plain_fn bcast_double_to_text;
 bcast_plain_fn bcast_float_to_text;
 
-/* Characters to temporal values */
+/* Characters to temporal values: the _fast casts refuse a text of 256 bytes or more */
 bcast_date_fast_fn bcast_char_to_date_fast;
 bcast_tltz_fast_fn bcast_char_to_tltz_fast;
 bcast_tltz_fn bcast_varchar_to_timestamp_local_time_zone;
@@ -320,13 +324,14 @@ bcast_plain_fn bcast_smallint_to_date, bcast_smallint_to_time, bcast_smallint_to
 bcast_plain_fn bcast_int_to_date, bcast_int_to_time, bcast_int_to_datetime;
 bcast_plain_fn bcast_int64_to_date, bcast_int64_to_time, bcast_int64_to_datetime;
 
-/* Between temporal types, at the precision that the value has: copies, which clear nothing but for
- * bcast_datetime_to_date */
+/* Between temporal types, at the precision that the value has: copies, but that
+ * bcast_datetime_to_date clears the time and bcast_date_to_datetime_tz sets the current zone */
 bcast_plain_fn bcast_date_to_date, bcast_date_to_time, bcast_date_to_datetime, bcast_date_to_datetime_tz;
 bcast_plain_fn bcast_datetime_to_date;
 bcast_plain_fn bcast_datetime_tz_to_date;
 
-/* Between temporal types, rounded to the scale of the target */
+/* Between temporal types, rounded to the scale of the target. From a type with a zone to one without it is dropped; the
+ * other way the current one is set, with the digits as they are; to tltz the value is moved to the current one */
 bcast_scaled_capture_fn bcast_precise_time_to_datetime, bcast_precise_time_to_datetime_tz, bcast_precise_time_to_time,
     bcast_precise_time_to_time_tz;
 bcast_scaled_capture_fn bcast_precise_time_tz_to_datetime, bcast_precise_time_tz_to_time,
@@ -343,8 +348,9 @@ bcast_plain_fn bcast_date_to_text, bcast_time_to_text, bcast_time_tz_to_text, bc
     bcast_datetime_tz_to_text;
 bcast_length_fn bcast_datetime_to_varchar_ex;
 
-/* To intervals. Interval text is shorter than 32768 bytes, and the byte behind it can be read and is no blank: the scan
- * for blanks does not look at the length */
+/* To intervals. Interval text is shorter than 32768 bytes and ends at a NUL in it. The bytes behind it can be read up
+ * to one that is no blank: the scan for blanks does not look at the length, and text of blanks alone stands for 0 only
+ * if no blank follows it. A dec into seconds wraps beyond about 2147 of them */
 bcast_scaled_fn bcast_tinyint_to_ivym, bcast_tinyint_to_ivdt, bcast_smallint_to_ivym, bcast_smallint_to_ivdt,
     bcast_int_to_ivym, bcast_int_to_ivdt, bcast_int64_to_ivym, bcast_int64_to_ivdt, bcast_dec_to_ivym,
     bcast_dec_to_ivdt;

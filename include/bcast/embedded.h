@@ -23,7 +23,34 @@
  *   A number in text: blanks around it (bytes 9 to 13 and 32), a sign, digits
  *   with at most one point, and an exponent: "42", " -7.5 ", "1e3", ".5", "5.".
  *   Anything else fails with ERR_BAD_CONVERSION. As an integer a fraction is
- *   rounded, ties away from zero; outside of int64: ERR_OVERFLOW.
+ *   rounded, ties away from zero; outside of int64: ERR_OVERFLOW. As a double it
+ *   is rounded correctly; too large: ERR_OVERFLOW.
+ *
+ *   A decimal has 1 to 38 digits and is exact. Fitted to a shape it is rounded,
+ *   ties away from zero; too many digits before the point: ERR_OVERFLOW. No shape
+ *   (len 0, prec 0): 38 digits, at most 38 behind the point. A double becomes the
+ *   shortest decimal that reads back as the same double, so that 0.285 with two
+ *   digits is 0.29. Infinity and NaN are no numbers: ERR_OVERFLOW. As text, plain
+ *   notation with a digit before the point; with a shape just prec digits behind
+ *   it, without one no zeros at the end.
+ *
+ *   A double as an integer: the nearest one, ties to even. As text: the shortest
+ *   digits that read back the same, from 1e-5 to below 1e15 in fixed notation.
+ *
+ *   Character sets: 10 UTF-8, 1 GB18030, 6 EUC-KR; in any other each byte is a
+ *   character. A bfile locator: DIRECTORY:file; blank text stands for none.
+ *
+ *   Hexadecimal text: digits of either case, an odd count with a zero digit in
+ *   front; none is a value of no bytes. Any other byte: ERR_BAD_CONVERSION. More
+ *   than 32768 bytes: ERR_TRUNCATED. Written in upper case. An integer in bytes:
+ *   the most significant first. A shorter value is extended with zeros; of a
+ *   longer one leading zeros are dropped, then FF bytes that repeat the sign;
+ *   longer still: ERR_OVERFLOW.
+ *
+ *   Dates are those of the proleptic Gregorian calendar, years 0001 to 9999;
+ *   services/temporal.h and the embedded sources say which texts are read. An
+ *   interval in text has the fields of its shape, "3-11" or "5 12:30:07.25", or a
+ *   lone number for the leading one.
  *
  *   An integer as text: its decimal digits, with a sign where it is negative.
  *   Longer than the target: ERR_TARGET_TOO_SHORT.
