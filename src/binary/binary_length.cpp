@@ -3,6 +3,7 @@
 
 #include "src/frame/alias.h"
 #include "src/frame/row_walk.h"
+#include "src/frame/short_copy.h"
 
 #include "services/binary.h"
 #include "services/column.h"
@@ -21,16 +22,21 @@ public:
     {
         const void *filled = bytes;
         if (len < length) {
-            if (len > 0)
-                memcpy(pad_, bytes, size_t(len));
-            memset(pad_ + len, 0, size_t(length) - size_t(len));
+            if (length <= int32_t(short_copy_max)) {
+                copy_short_(pad_, bytes, uint32_t(len));
+            } else {
+                if (len > 0)
+                    memcpy(pad_, bytes, size_t(len));
+                memset(pad_ + len, 0, size_t(length) - size_t(len));
+            }
             filled = pad_;
         }
         bdta3_col_assign_bin(env, heap, dst, int32_t(i), filled, length);
     }
 
 private:
-    uint8_t pad_[NBIN_MAX]; // not cleared: a row writes what it stores
+    short_copy *copy_short_ = best_short_copy();
+    uint8_t pad_[NBIN_MAX]; // not cleared: a row writes what it stores; a length above is not tested for
 };
 
 } // namespace

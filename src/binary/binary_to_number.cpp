@@ -2,6 +2,7 @@
 // varbinary it is captured, if err_codes is given. Its flag stays, and no_null is copied behind the walk, captured
 // failures or not.
 
+#include "src/frame/decimal_element.h"
 #include "src/frame/decimal_shape.h"
 #include "src/frame/row_walk.h"
 
@@ -42,7 +43,7 @@ auto decimal_reader(const bdta3_col *src, int32_t length, bdta3_col *dst)
         xdec decimal;
         status = xdec_from_int64_with_len_prec(value, shape.len, shape.prec, &decimal);
         if (status >= 0)
-            to[i] = decimal;
+            store_decimal(decimal, to + i);
         return status;
     };
 }

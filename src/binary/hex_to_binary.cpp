@@ -1,5 +1,6 @@
 // Hexadecimal text, with or without 0x in front, into binary and varbinary. All character sources go this way. A binary
-// target is filled up with zeros. The plain forms refuse a value that is too long, the explicit forms cut it.
+// target is filled up with zeros, behind the decoded bytes and in their buffer, so that length may be 32768 at most;
+// that is not tested. The plain forms refuse a value that is too long, the explicit forms cut it.
 
 #include "src/frame/alias.h"
 #include "src/frame/row_walk.h"

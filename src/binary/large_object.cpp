@@ -25,8 +25,10 @@ int32_t copy_batch(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, 
 
 } // namespace
 
+// A row that fails leaves the working value as it is: what it holds then is left to the pool.
+
 // The blanks that a char source counts become bytes of the value. The stored length is reckoned from the value's, not
-// taken from the working value.
+// taken from the working value. A text with its blanks may have 32768 bytes; the cast does not test it.
 int32_t bcast_varchar_to_blob(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
                               int32_t *err_codes, uint16_t *err_count)
 {
@@ -75,8 +77,7 @@ int32_t bcast_binary_to_blob(void *env, void *heap, const bdta3_col *src, bdta3_
     });
 }
 
-// The length is that of the working value here. A value may have 32767 bytes: it is not asked, and a longer one is not
-// to come.
+// The stored length is that of the working value here. A value may have 32767 bytes; the cast does not test it.
 int32_t bcast_binary_to_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     const bdta3_str *from = elements<bdta3_str>(src);

@@ -24,11 +24,12 @@ int32_t bcast_varchar_to_bfile(void *env, void *heap, const bdta3_col *src, int3
             return int32_t(ERR_BAD_BFILE);
         if (is_null)
             return turn_null(dst, i);
-        // Space is taken to be there: running out of it has no code here.
-        auto *copy = static_cast<char *>(bdta3_col_space_alloc(env, heap, dst->data, int32_t(len)));
-        to[i] = {int32_t(len), 0, copy};
+        to[i].length = int32_t(len);
+        to[i].pad_len = 0;
+        // Whether there was space is not tested: running out of it has no code here, and is left to the service.
+        to[i].text = static_cast<char *>(bdta3_col_space_alloc(env, heap, dst->data, int32_t(len)));
         if (len > 0)
-            memcpy(copy, from[r].text, len);
+            memcpy(to[i].text, from[r].text, len);
         return 0;
     });
 }

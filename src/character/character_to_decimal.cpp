@@ -1,7 +1,9 @@
 // Text into decimals of a shape: a service reads and fits the number, and its code is the row's. The element is written
-// as a whole, and only where it succeeds.
+// as a whole, and only where it succeeds. The service gets the low 16 bits of a length and no more than 319 bytes, from
+// varchar too, whose casts to integers hand over the whole length.
 
 #include "src/character/sources.h"
+#include "src/frame/decimal_element.h"
 #include "src/frame/decimal_shape.h"
 
 #include "services/decimal.h"
@@ -18,7 +20,7 @@ auto decimal_reader(int32_t length, bdta3_col *dst)
         const int32_t status =
             xdec_from_char_with_len_prec(text.text, parsed_length(text), shape.len, shape.prec, &value);
         if (status >= 0)
-            to[i] = value;
+            store_decimal(value, to + i);
         return status;
     };
 }

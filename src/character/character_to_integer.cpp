@@ -1,5 +1,5 @@
 // Text into integers: one service reads the number. How much of the text it gets differs by source: all 32 bits of the
-// length from varchar, the low 16 from the others.
+// length from varchar, the low 16 from the others. What else differs by source, sources.h has.
 
 #include "src/character/sources.h"
 #include "src/frame/integer_range.h"

@@ -49,6 +49,7 @@ int32_t read_literal(const char *text, int32_t length, uint16_t cmp_op, int32_t 
     int64_t value; // cut toward zero where the literal is not whole, so that the sign of -0.5 is told apart
     char sign;
     int32_t status = str2int64_directly(text, length, &value, &sign);
+    // An int64 that is no int lies out of range as well, exact or not.
     if (status >= 0 && value > max)
         status = ERR_ABOVE_RANGE;
     if (status >= 0 && value < min)
@@ -79,7 +80,8 @@ int32_t read_literal(const char *text, int32_t length, uint16_t cmp_op, int32_t 
     return 0;
 }
 
-// A verdict becomes the row's flag: not zero, but no 1 either.
+// A verdict becomes the row's flag: not zero, but no 1 either. Empty is a text whose whole length word is
+// 0, though the parser gets the low 16 bits of it.
 template <class Int> int32_t read_literals(uint16_t cmp_op, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     const bdta3_str *from = elements<bdta3_str>(src);

@@ -19,27 +19,27 @@ int32_t blanks_kept(int32_t length, const bdta3_str &text)
     const auto with_blanks = int32_t(uint32_t(text.length) + uint32_t(text.pad_len));
     return with_blanks > length ? length - text.length : text.pad_len;
 }
-using blanks_rule = int32_t(int32_t length, const bdta3_str &text);
+using source_blanks_rule = int32_t(int32_t length, const bdta3_str &text);
 
-// Makes a target element of `len` bytes of a text, in space of its own. False if there was no space; the bytes are then
-// not copied, and the element has no pointer.
-bool store(void *env, void *heap, bdta3_col *dst, uint32_t i, const char *text, int32_t len, int32_t pad_len)
+// Makes output row i an element of `len` bytes, which stand in space of its own and are not written yet. Gives the
+// pointer to them, null if there was no space.
+char *make_element(void *env, void *heap, bdta3_col *dst, uint32_t i, int32_t len, int32_t pad_len)
 {
     bdta3_str &to = elements<bdta3_str>(dst)[i];
     to.length = len;
     to.pad_len = pad_len;
-    to.text = static_cast<char *>(bdta3_col_space_alloc(env, heap, dst->data, len));
-    if (len == 0)
-        return true;
-    if (!to.text)
-        return false;
-    memcpy(to.text, text, size_t(len));
-    return true;
+    return to.text = static_cast<char *>(bdta3_col_space_alloc(env, heap, dst->data, len));
+}
+
+void copy_text(char *to, const char *text, int32_t len)
+{
+    if (len != 0) // space for no bytes may be nowhere
+        memcpy(to, text, size_t(len));
 }
 
 // Plain forms: the source copies its text itself, and is asked by output row, for it goes through sel by itself. It may
 // write the whole element, so the blanks come behind it. That it fails is no matter of the row.
-template <blanks_rule blanks>
+template <source_blanks_rule blanks>
 walk_outcome copy_rows(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows,
                        capture failures)
 {
@@ -58,14 +58,15 @@ walk_outcome copy_rows(void *env, void *heap, const bdta3_col *src, int32_t leng
 }
 
 // Explicit forms: a text that is too long is cut behind its last whole character that fits, and stripped of the blanks
-// that it then ends in. Those alone are its count of blanks: it is not topped up.
-template <blanks_rule blanks>
+// that it then ends in. Those alone are its count of blanks: it is not topped up. If not even one character fits, the
+// row is empty, or null where compat_mode is 2; one that is left with blanks alone is empty in every mode.
+template <source_blanks_rule blanks>
 int32_t cut_rows(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
 {
     const bdta3_str *from = elements<bdta3_str>(src);
     const bool empty_is_null = global_bcast_var.compat_mode == 2;
     const int32_t mode2 = global_bcast_var.compat_mode2;
-    const int32_t charset = mode2 == 1 ? 1 : mode2 == 2 ? 6 : 10;
+    const int32_t charset = mode2 == 1 ? 1 : mode2 == 2 ? 6 : 10; // as the service numbers them
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
@@ -84,7 +85,11 @@ int32_t cut_rows(void *env, void *heap, const bdta3_col *src, int32_t length, bd
                 len--;
             pad_len = int32_t(bytes) - len;
         }
-        return store(env, heap, dst, i, text.text, len, pad_len) ? 0 : int32_t(ERR_NO_MEMORY);
+        char *copy = make_element(env, heap, dst, i, len, pad_len);
+        if (!copy && len != 0)
+            return int32_t(ERR_NO_MEMORY);
+        copy_text(copy, text.text, len);
+        return 0;
     });
 }
 
@@ -105,8 +110,8 @@ bcast_length_capture_fn bcast_char_to_varchar2 ALIAS_OF(bcast_varchar_to_char);
 bcast_length_capture_fn bcast_varchar2_to_char ALIAS_OF(bcast_varchar_to_char);
 bcast_length_capture_fn bcast_varchar2_to_varchar2 ALIAS_OF(bcast_varchar_to_char);
 
-// Without a selection the cast copies the texts itself. It takes the space to be there: running out of it has no code
-// here.
+// Without a selection the cast copies the texts itself. It does not test whether it got the space: running out of it
+// has no code here, and is left to the service.
 int32_t bcast_varchar_to_varchar(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
                                  uint16_t rows, int32_t *err_codes, uint16_t *err_count)
 {
@@ -119,7 +124,7 @@ int32_t bcast_varchar_to_varchar(void *env, void *heap, const bdta3_col *src, in
         const bdta3_str &text = from[r];
         if (text.length > length)
             return fail_clearing_flag(dst, i, ERR_TRUNCATED);
-        store(env, heap, dst, i, text.text, text.length, blanks_kept(length, text));
+        copy_text(make_element(env, heap, dst, i, text.length, blanks_kept(length, text)), text.text, text.length);
         return 0;
     });
     return copy_no_null_behind(src, dst, walk);

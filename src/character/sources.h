@@ -8,7 +8,8 @@
 // In all three an empty text is a null, by the whole length word, and no_null is copied ahead of the walk. Blanks that
 // a value only counts are not read. A row that fails keeps its flag.
 //
-// `read(text, i)` makes output row i from the element of a text that is not empty, and returns 0 or a negative code.
+// `read(text, i)` makes output row i from the element of a text that is not empty, and returns a negative
+// code if it fails.
 #pragma once
 
 #include "src/frame/row_walk.h"

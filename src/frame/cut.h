@@ -1,5 +1,5 @@
-// Numbers with a fraction into integers: the fraction is cut off, what lies outside becomes the limit, a NaN 0. A cast
-// of the language leaves the last two to the machine.
+// Numbers with a fraction into integers: the fraction is cut off, what lies outside becomes the limit, a NaN 0: what a
+// conversion of the language leaves undefined.
 #pragma once
 
 #include <limits>

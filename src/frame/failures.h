@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-// The outcome of a row: 0 or the code that it failed with, which a number stands for as it is.
+// The outcome of a row: a negative code if it failed. A plain number is one.
 struct row_outcome {
     int32_t code;
     bool ends_cast = false;

@@ -1,7 +1,7 @@
 // The walks of the casts that call a service, or do more than a machine instruction or two, for each row. Casts between
 // fixed-width elements that call none have the block walk.
 //
-// `convert(r, i)` makes output row i from source row r and returns 0, or a negative code when the row fails. It is
+// `convert(r, i)` makes output row i from source row r and returns a negative code when the row fails. It is
 // called for the rows that the walk takes to be present, in ascending order, behind the row's target flag.
 #pragma once
 

@@ -1,6 +1,7 @@
 // Integers and bit to dec: a service makes the decimal, and its code is the row's. The element is written as a whole,
 // and only where it succeeds.
 
+#include "src/frame/decimal_element.h"
 #include "src/frame/decimal_shape.h"
 #include "src/frame/row_walk.h"
 
@@ -17,7 +18,7 @@ template <class Element> auto decimal_maker(const bdta3_col *src, int32_t length
         xdec value;
         const int32_t status = xdec_from_int64_with_len_prec(from[r], shape.len, shape.prec, &value);
         if (status >= 0)
-            to[i] = value;
+            store_decimal(value, to + i);
         return status;
     };
 }

@@ -1,6 +1,7 @@
 // Decimals into numbers. A service gives the value, and its code is the row's. A row that fails keeps its flag, and
-// what it does not get: elements are written only where all has gone well.
+// its element stays as it was.
 
+#include "src/frame/decimal_element.h"
 #include "src/frame/decimal_shape.h"
 #include "src/frame/integer_range.h"
 #include "src/frame/row_walk.h"
@@ -46,7 +47,7 @@ int32_t bcast_dec_to_dec(void *, void *, const bdta3_col *src, int32_t length, b
         xdec value;
         const int32_t status = xdec_from_xdec_with_len_prec(from + r, shape.len, shape.prec, &value);
         if (status >= 0)
-            to[i] = value;
+            store_decimal(value, to + i);
         return status;
     });
     return copy_no_null_behind(src, dst, walk);

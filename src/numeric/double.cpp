@@ -2,6 +2,7 @@
 // fails with depends on the target: the predicate's own code for float, int64 and dec, ERR_OVERFLOW for all others.
 
 #include "src/frame/alias.h"
+#include "src/frame/decimal_element.h"
 #include "src/frame/decimal_shape.h"
 #include "src/frame/integer_range.h"
 #include "src/frame/row_walk.h"
@@ -15,7 +16,8 @@
 
 namespace {
 
-// `convert(value, element)` makes an element of a present row's value and returns 0 or a negative code.
+// `convert(value, element)` makes an element of a present row's value and returns a negative
+// code if it fails.
 template <class Element, class Convert>
 int32_t convert_rows(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Convert convert)
 {
@@ -112,7 +114,7 @@ int32_t bcast_double_to_dec(void *, void *, const bdta3_col *src, int32_t length
         xdec decimal;
         status = xdec_from_double_with_len_prec(value, shape.len, shape.prec, &decimal);
         if (status >= 0)
-            to = decimal;
+            store_decimal(decimal, &to);
         return status;
     });
 }

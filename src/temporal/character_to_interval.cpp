@@ -14,8 +14,9 @@ namespace {
 // Not 11 and 12.
 bool is_blank(char c) { return c == ' ' || c == 7 || c == 9 || c == 10 || c == 13; }
 
-// One text at a time with a NUL behind it; "0" for one that is all blank. The count of blanks does not look at the
-// length, so that it is another one, and the text is taken as it stands, where blanks follow it in memory.
+// One text at a time with a NUL behind it, or as far as a NUL in it; "0" for one that is all blank. The count of blanks
+// does not look at the length: if more blanks follow the text in memory it is larger, and an all-blank text is taken as
+// it stands. Whether the buffer is long enough is not tested.
 struct staged_text {
     char bytes[32768 + 1]; // not cleared: a row writes what the parser reads
 

@@ -3,6 +3,7 @@
 // element's own text.
 
 #include "src/frame/row_walk.h"
+#include "src/frame/short_copy.h"
 
 #include "services/temporal.h"
 
@@ -13,10 +14,11 @@ namespace {
 
 constexpr int32_t length_limit = 256;
 
-// For one batch. Gives what the parser gave.
+// For one batch. Gives what the parser gave, or refuses what it may not get.
 struct staged_parser {
     uint16_t parse_word;
     void *parse_ptr;
+    short_copy *copy_short = best_short_copy();
     char staged[length_limit]; // not cleared: a row writes what the parser reads
 
     staged_parser(uint16_t word, void *ptr) : parse_word(word), parse_ptr(ptr) {}
@@ -26,8 +28,12 @@ struct staged_parser {
         const auto len = uint32_t(text.length);
         if (len >= length_limit)
             return ERR_BAD_DATETIME;
-        memcpy(staged, text.text, len);
-        staged[len] = '\0';
+        if (len < short_copy_max) {
+            copy_short(staged, text.text, len);
+        } else {
+            memcpy(staged, text.text, len);
+            staged[len] = '\0';
+        }
         return char_to_date_simple_with_alen(staged, text.length, parse_ptr, parse_word, value, 0);
     }
 };
@@ -51,13 +57,14 @@ auto move_to(int16_t local_tz)
     };
 }
 
-// The conversion of a present row. Empty text is a null, and so is what the parser says denotes no value.
+// The conversion of a present row. Empty text is a null, and so is what the parser says
+// denotes no value. One record takes every parse of a batch.
 template <class Parse, class Move> auto row_reader(const bdta3_col *src, bdta3_col *dst, Parse &parse, Move move)
 {
-    return [dst, from = elements<bdta3_str>(src), to = elements<vqtime>(dst), &parse, move](uint32_t r, uint32_t i) {
+    return [dst, from = elements<bdta3_str>(src), to = elements<vqtime>(dst), &parse, move,
+            value = vqtime{}](uint32_t r, uint32_t i) mutable {
         if (from[r].length == 0)
             return turn_null(dst, i);
-        vqtime value;
         const int32_t status = parse(from[r], &value);
         if (status < 0)
             return status;

@@ -30,15 +30,20 @@ int32_t take(int64_t from, int32_t &number)
     return 0;
 }
 
-int32_t take(const xdec &from, int32_t &number)
+int32_t take_whole(const xdec &from, int32_t &number)
 {
-    const xdec copy = from;
     int64_t whole;
-    const int32_t status = xdec_get_int64(&copy, &whole);
+    const int32_t status = xdec_get_int64(&from, &whole);
     return status < 0 ? status : take(whole, number);
 }
 
-// A dec into a day to second interval keeps its fraction. Whether it fits is asked of the integer all the same.
+int32_t take(const xdec &from, int32_t &number)
+{
+    const xdec copy = from;
+    return take_whole(copy, number);
+}
+
+// As a double, of which seconds keep the fraction. Whether it fits is asked of the integer all the same.
 int32_t take(const xdec &from, double &number)
 {
     const xdec copy = from;
@@ -47,7 +52,7 @@ int32_t take(const xdec &from, double &number)
     if (status < 0)
         return status;
     int32_t fits;
-    return take(copy, fits);
+    return take_whole(copy, fits);
 }
 
 // The field of a shape gets the number; ERR_INTERVAL_FIELD if there is no single field for it.

@@ -4,7 +4,7 @@
 //     body          zone
 //     dtz_to_dt     dropped: the value is reset to a type that has none
 //     dtz_to_tz     kept, and so is all else: no reset
-//     dt_to_tz      the current one is set; the digits stay
+//     dt_to_tz      the current one is set, the digits stay, and the value is reset to a type that has a zone
 //     dtz_to_tltz   the value is moved to the current one, also from zone 480
 
 #include "src/frame/block_walk.h"
@@ -45,7 +45,7 @@ struct rounding {
         : wanted(allowed && dst_scale < src_scale), digits(dst_scale)
     {}
 
-    // The value into its target element.
+    // The value into its target element. The service writes it there, so that a row that fails has what it left.
     int32_t put(const vqtime *from, vqtime *to, int32_t &status) const
     {
         if (!wanted) {
@@ -57,7 +57,7 @@ struct rounding {
 };
 
 // `convert(from, to, status)` makes an element and leaves in status what the services that count here gave. A negative
-// result ends the row.
+// result ends the row, whatever steps are left.
 template <class Convert>
 int32_t convert_rows(const bdta3_col *src, bdta3_col *dst, uint16_t rows, note failures, Convert convert)
 {

@@ -1,5 +1,6 @@
-// Between temporal types at the precision that the value has. All types have one record, so a cast is a copy of it; two
-// change something in the copy. What the target's type does not hold is cleared by bcast_datetime_to_date alone.
+// Between temporal types at the precision that the value has. All types have one record, so a cast is a copy of it. Two
+// change something in the copy: bcast_datetime_to_date alone clears what its target does not hold, and
+// bcast_date_to_datetime_tz sets the current zone.
 
 #include "src/frame/alias.h"
 #include "src/frame/block_walk.h"
