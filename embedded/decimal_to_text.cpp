@@ -1,0 +1,111 @@
+#include <services/decimal.h>
+
+#include <string.h>
+
+#include "embedded/decimal.h"
+#include "embedded/digits.h"
+#include "embedded/short_text.h"
+
+namespace embedded {
+
+namespace {
+
+// ---- Up to 20 digits -------------------------------------------------------
+
+constexpr uint32_t short_scale_max = 15; // there is a digit more, which may be a zero before the point
+constexpr int32_t short_room = 48;       // more than the longest text, and the stores beyond it
+
+// Writes all digits in a row, then those behind the point once more, one byte further on. Nothing depends on how many
+// digits there are but addresses and shifts.
+template <typename Digits>
+[[gnu::always_inline]] inline int32_t write_short(char *buf, bool negative, uint64_t value, uint32_t scale)
+{
+    constexpr uint64_t head_unit = 10000000000000000;
+
+    const size_t count = std::max(digit_count(value), size_t{scale} + 1);
+    *buf = '-';
+    char *first = buf + negative;
+    char *point = first + count - scale;
+    if (value >= head_unit) {
+        const uint64_t head = eight_digits(static_cast<uint32_t>(value / head_unit)) | eight_zeros;
+        store(first, head >> 8 * (24 - count));
+        first += count - 16;
+        value %= head_unit;
+    }
+    const size_t tail_count = std::min<size_t>(count, 16);
+    const Digits tail(value);
+    tail.write_from(16 - tail_count, first);
+    *point = '.';
+    tail.write_from(16 - scale, point + 1);
+    return static_cast<int32_t>(point - buf) + (scale > 0) + static_cast<int32_t>(scale);
+}
+
+[[gnu::noinline]] int32_t write_short_any(char *buf, bool negative, uint64_t value, uint32_t scale)
+{
+    return write_short<any_digits>(buf, negative, value, scale);
+}
+
+BCAST_AVX512 int32_t write_short_avx512(char *buf, bool negative, uint64_t value, uint32_t scale)
+{
+    return write_short<avx512_digits>(buf, negative, value, scale);
+}
+
+// ---- Any -------------------------------------------------------------------
+
+[[gnu::noinline]] int32_t write_any(const xdec *src, uint32_t scale, char *buf, int32_t buf_size, int32_t *out_len)
+{
+    const decimal value = read_decimal(src);
+    const uint128 coefficient =
+        value.scale > scale ? cut_digits(value.coefficient, value.scale - scale) : value.coefficient;
+    const size_t held = std::min(value.scale, scale); // digits behind the point, before the zeros
+    const bool negative = value.negative && coefficient != 0;
+
+    char characters[48];
+    char *end = characters + sizeof characters;
+    uint128 rest = coefficient;
+    for (char *at = end; at != characters;) {
+        const uint128 quotient = rest / powers_of_ten[16];
+        any_digits(static_cast<uint64_t>(rest - quotient * powers_of_ten[16])).write_from(0, at -= 16);
+        rest = quotient;
+    }
+    const char *point = end - held;
+    const char *first = std::find_if(static_cast<const char *>(characters), point - 1, [](char c) { return c != '0'; });
+
+    const auto whole_count = static_cast<size_t>(point - first);
+    const size_t size = negative + whole_count + (scale > 0) + scale;
+    if (static_cast<int64_t>(size) > buf_size)
+        return ERR_TRUNCATED;
+    *out_len = static_cast<int32_t>(size);
+    if (negative)
+        *buf++ = '-';
+    memcpy(buf, first, whole_count);
+    buf += whole_count;
+    if (scale > 0) {
+        *buf++ = '.';
+        memcpy(buf, point, held);
+        memset(buf + held, '0', scale - held);
+    }
+    return 0;
+}
+
+} // namespace
+
+} // namespace embedded
+
+int32_t xdec_to_char_with_zero(const xdec *src, char *buf, int32_t buf_size, uint16_t len, int32_t prec,
+                               int32_t *out_len)
+{
+    const embedded::decimal value = embedded::read_decimal(src);
+    const uint32_t scale = embedded::has_shape(len, prec) ? static_cast<uint32_t>(std::max(prec, 0)) : value.scale;
+    const uint32_t zeros = scale - value.scale; // a large number if there are digits to be cut
+    uint64_t shown;
+    if (scale <= embedded::short_scale_max && zeros <= scale && buf_size >= embedded::short_room &&
+        embedded::is_short(value.coefficient) &&
+        !__builtin_mul_overflow(static_cast<uint64_t>(value.coefficient), embedded::powers_of_ten[zeros], &shown))
+        [[likely]] {
+        *out_len = embedded::has_avx512 ? embedded::write_short_avx512(buf, value.negative, shown, scale)
+                                        : embedded::write_short_any(buf, value.negative, shown, scale);
+        return 0;
+    }
+    return embedded::write_any(src, scale, buf, buf_size, out_len);
+}
