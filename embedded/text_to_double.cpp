@@ -1,0 +1,94 @@
+#include <services/text.h>
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+#include <bcast/codes.h>
+
+#include "embedded/integer_text.h"
+#include "embedded/powers_of_ten.h"
+
+namespace embedded {
+
+namespace {
+
+// Exact, and behind them the same with a minus.
+constexpr auto powers_by_sign = [] {
+    std::array<std::array<double, plain_digits_max>, 2> powers{};
+    for (size_t i = 0; i < plain_digits_max; i++) {
+        powers[0][i] = exact_powers_of_ten[i];
+        powers[1][i] = -exact_powers_of_ten[i];
+    }
+    return powers;
+}();
+
+// Any literal. std::from_chars knows neither blanks nor a plus; it stops at the
+// blanks behind, and reads 5. and .5 as the grammar does.
+[[gnu::noinline]] int32_t literal_to_double(const char *text, size_t size, double *result)
+{
+    decimal_literal literal;
+    if (!read_decimal_literal(text, size, &literal))
+        return ERR_BAD_CONVERSION;
+    double magnitude = 0; // stays so where the number is too close to 0
+    const auto read = std::from_chars(literal.whole, text + size, magnitude);
+    // Too close to 0 is out of range as well.
+    if (read.ec != std::errc() && !integer_part_of(literal).fits)
+        return ERR_OVERFLOW;
+    *result = literal.negative ? -magnitude : magnitude;
+    return 0;
+}
+
+// Most longer texts are as std::from_chars takes them. What it takes of them to
+// their end is a literal of the grammar, or infinity or NaN.
+[[gnu::noinline]] int32_t long_text_to_double(const char *text, size_t size, double *result)
+{
+    double value = 0;
+    const auto read = std::from_chars(text, text + size, value);
+    if (read.ec != std::errc() || read.ptr != text + size || !std::isfinite(value))
+        return literal_to_double(text, size, result);
+    *result = value;
+    return 0;
+}
+
+// A few digits with at most one point. Both the mantissa and the power are exact
+// doubles, so the one division rounds as the number itself would.
+template <typename Machine>
+[[gnu::always_inline]] inline int32_t text_to_double(const char *text, size_t length, double *result)
+{
+    constexpr uint64_t exact_max = uint64_t{1} << 53;
+
+    // The minus is one more; a length of 0 counts as a large one.
+    if (length - 1 > plain_decimal_max)
+        return long_text_to_double(text, length, result);
+    const size_t negative = text[0] == '-';
+    uint64_t mantissa;
+    size_t behind_point;
+    if (!Machine::read_decimal(text + negative, length - negative, &mantissa, &behind_point) || mantissa > exact_max)
+        return long_text_to_double(text, length, result);
+    // The sign goes through the power, for 0 as well: signs are as good as random, and this takes no branch.
+    *result = static_cast<double>(static_cast<int64_t>(mantissa)) / powers_by_sign[negative][behind_point];
+    return 0;
+}
+
+// Apart from its caller, for that not to save registers which the other one needs.
+[[gnu::noinline]] int32_t text_to_double_any(const char *text, size_t length, double *result)
+{
+    return text_to_double<any_machine>(text, length, result);
+}
+
+BCAST_AVX512 int32_t text_to_double_avx512(const char *text, size_t length, double *result)
+{
+    return text_to_double<avx512_machine>(text, length, result);
+}
+
+} // namespace
+
+} // namespace embedded
+
+int32_t utl_digit_from_char(const char *text, uint16_t length, double *result)
+{
+    if (embedded::has_avx512)
+        return embedded::text_to_double_avx512(text, length, result);
+    return embedded::text_to_double_any(text, length, result);
+}
