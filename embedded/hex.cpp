@@ -1,0 +1,50 @@
+#include "embedded/hex.h"
+
+#include <bcast/codes.h>
+#include <services/binary.h>
+
+namespace embedded {
+
+namespace {
+
+static_assert(NBIN_MAX >= hex_decode_room);
+
+// The length is judged before the digits: a text that is too long is not read.
+template <typename Hex>
+[[gnu::always_inline]] inline int32_t decode(const char *text, uint32_t text_len, nbin *out, int32_t has_prefix)
+{
+    const uint32_t prefix = has_prefix != 0 ? 2 : 0;
+    const uint32_t count = text_len - prefix;
+    if (count > 2 * NBIN_MAX)
+        return ERR_TRUNCATED;
+    if (!Hex::decode(text + prefix, count, out->bytes))
+        return ERR_BAD_CONVERSION;
+    out->length = static_cast<int32_t>((count + 1) / 2);
+    return 0;
+}
+
+BCAST_AVX512 int32_t decode_avx512(const char *text, uint32_t text_len, nbin *out, int32_t has_prefix)
+{
+    return decode<avx512_hex>(text, text_len, out, has_prefix);
+}
+
+} // namespace
+
+} // namespace embedded
+
+int32_t nbin_from_char_ex(const char *text, uint32_t text_len, nbin *out, int32_t has_prefix)
+{
+    if (embedded::has_avx512)
+        return embedded::decode_avx512(text, text_len, out, has_prefix);
+    return embedded::decode<embedded::any_hex>(text, text_len, out, has_prefix);
+}
+
+int32_t nbin_to_char_ex(const void *bytes, uint32_t len, char *buf, int32_t)
+{
+    const auto *from = static_cast<const uint8_t *>(bytes);
+    if (embedded::has_avx512)
+        embedded::avx512_hex::encode(from, len, buf);
+    else
+        embedded::any_hex::encode(from, len, buf);
+    return 0;
+}
