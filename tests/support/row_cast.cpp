@@ -1,0 +1,288 @@
+#include "tests/support/row_cast.h"
+
+#include <algorithm>
+
+namespace bcast::test {
+
+namespace {
+
+constexpr uint8_t mixed_flags[] = {1, 0, 2, 0x80, 0, 0, 0xFF, 1, 0x40, 0, 4};
+
+// What a batch should leave behind.
+struct expectation {
+    target_image target;
+    std::vector<service_call> calls = {};
+    std::map<uint32_t, int32_t> failures = {};
+    int32_t status = 0;
+    size_t calls_that_can_fail = 0;
+    int32_t last_result = 0; // of these calls
+};
+
+bool fills(const row_cast &c, const setup &how)
+{
+    return c.flags == row_flags::filled_when_no_null && how.no_null != 0;
+}
+
+bool is_converted(const row_cast &c, const setup &how, uint8_t flag)
+{
+    return flag != 0 || c.flags == row_flags::copied_for_all || fills(c, how);
+}
+
+const std::string &element_in(const row_cast &c, const setup &how, const batch_row &row)
+{
+    return c.null_element.empty() || is_converted(c, how, row.flag) ? row.element : c.null_element;
+}
+
+const void *place_of(const source_column &source, size_t stride, uint32_t row)
+{
+    const bdta3_col &column = *source.column();
+    return static_cast<const char *>(column.data->values) + (column.sel ? column.sel[row] : row) * stride;
+}
+
+// The calls of one row, up to one whose failure ends it; its code, or 0.
+int32_t expect_steps(row_outcome &outcome, const batch_plan &plan, expectation &expected)
+{
+    for (size_t k = 0; k < outcome.steps.size(); k++) {
+        expected.calls.push_back(outcome.steps[k].call);
+        if (!outcome.steps[k].failure)
+            continue;
+        const auto result = plan.results.find(expected.calls_that_can_fail++);
+        expected.last_result = result == plan.results.end() ? 0 : result->second;
+        if (expected.last_result >= 0)
+            continue;
+        switch (*outcome.steps[k].failure) {
+        case service_failure::passes_its_code:
+            return result->second;
+        case service_failure::passes_overflow_only:
+            if (result->second != ERR_OVERFLOW)
+                continue;
+            [[fallthrough]];
+        case service_failure::is_overflow:
+            return ERR_OVERFLOW;
+        case service_failure::is_to_char:
+            return ERR_TO_CHAR;
+        case service_failure::is_bad_interval:
+            return ERR_BAD_INTERVAL;
+        case service_failure::is_not_looked_at:
+            outcome.behind_failure(outcome);
+        }
+    }
+    return outcome.status;
+}
+
+void expect_converted(const row_input &input, const row_outcome &outcome, target_image &target)
+{
+    if (outcome.text)
+        target.texts[input.row] = *outcome.text;
+    else
+        target.put_bytes(input.row, outcome.element);
+}
+
+void expect_walk(const row_cast &c, const setup &how, const std::vector<batch_row> &rows, const batch_plan &plan,
+                 const source_column &source, const bdta3_col *target, expectation &expected)
+{
+    bool first = true;
+    for (uint32_t row = 0; row < rows.size(); row++) {
+        expected.target.flags[row] = fills(c, how) ? 1 : rows[row].flag;
+        if (!is_converted(c, how, rows[row].flag))
+            continue;
+        const row_input input{rows[row].element, place_of(source, c.from_bytes(), row), target, row, first, how};
+        first = false;
+        row_outcome outcome = c.convert(input);
+        const int32_t code = expect_steps(outcome, plan, expected);
+        if (code >= 0 && outcome.turns_null) {
+            expected.target.flags[row] = 0;
+            expected.target.no_null = 0;
+            continue;
+        }
+        if (code >= 0) {
+            expect_converted(input, outcome, expected.target);
+            continue;
+        }
+        expected.status = code;
+        if (c.failure_clears_flag)
+            expected.target.flags[row] = 0;
+        if (!outcome.failed_element.empty())
+            expected.target.put_bytes(row, outcome.failed_element);
+        if (!plan.capture)
+            return;
+        expected.failures[row] = code;
+    }
+    if (!c.no_null_ahead && !c.no_null_stays)
+        expected.target.no_null = how.no_null;
+    if (c.status_is_last_result)
+        expected.status = expected.last_result;
+}
+
+expectation expect(const row_cast &c, const setup &how, const std::vector<batch_row> &rows, const batch_plan &plan,
+                   const source_column &source, target_column &target)
+{
+    expectation expected{target.image()};
+    if (c.no_null_ahead)
+        expected.target.no_null = how.no_null;
+    if (fills(c, how))
+        std::ranges::fill(expected.target.flags, uint8_t{1});
+    if (c.flags == row_flags::copied_ahead && how.selected == selection::none)
+        std::ranges::transform(rows, expected.target.flags.begin(), &batch_row::flag);
+    expect_walk(c, how, rows, plan, source, target.column(), expected);
+    return expected;
+}
+
+void start_services(const batch_plan &plan)
+{
+    numeric_answers told = std::move(services().numeric);
+    temporal_answers told_of_time = std::move(services().temporal);
+    const bool outline_stays_inline = services().outline_stays_inline;
+    services().reset();
+    services().numeric = std::move(told);
+    services().temporal = std::move(told_of_time);
+    services().outline_stays_inline = outline_stays_inline;
+    for (const auto &[call, result] : plan.results)
+        services().fail_call(call, result);
+}
+
+// The number of calls that can fail in a batch that does not.
+size_t calls_that_can_fail(const row_cast &c, const setup &how, const std::vector<batch_row> &rows)
+{
+    source_column source(c.from_bytes(), static_cast<uint32_t>(rows.size()), how);
+    target_column target(c.to_bytes, static_cast<uint32_t>(rows.size()), how);
+    return expect(c, how, rows, {}, source, target).calls_that_can_fail;
+}
+
+std::vector<uint8_t> flags_of(uint32_t rows, const std::function<uint8_t(uint32_t)> &flag_of)
+{
+    std::vector<uint8_t> flags;
+    for (uint32_t row = 0; row < rows; row++)
+        flags.push_back(flag_of(row));
+    return flags;
+}
+
+} // namespace
+
+bool row_cast::captures() const
+{
+    return !std::holds_alternative<bcast_plain_fn *>(cast) && !std::holds_alternative<bcast_length_fn *>(cast) &&
+           !std::holds_alternative<bcast_direct_fn *>(cast) && !std::holds_alternative<bcast_scaled_fn *>(cast) &&
+           !std::holds_alternative<bcast_scaled_text_fn *>(cast);
+}
+
+void PrintTo(const row_cast &c, std::ostream *out) { *out << c.name; }
+
+void expect_batch(const row_cast &c, const setup &how, const std::vector<batch_row> &rows, const batch_plan &plan)
+{
+    const auto row_count = static_cast<uint32_t>(rows.size());
+    SCOPED_TRACE(std::string(c.name) + ", " + std::to_string(row_count) + " rows, " + describe(how));
+    start_services(plan);
+    source_column source(c.from_bytes(), row_count, how);
+    for (uint32_t row = 0; row < row_count; row++)
+        source.set_bytes(row, rows[row].flag, element_in(c, how, rows[row]));
+    target_column target(c.to_bytes, row_count, how);
+    const expectation expected = expect(c, how, rows, plan, source, target);
+    if (fills(c, how))
+        source.hide_flags();
+    failure_record record(row_count, plan.count_before);
+    guarded<uint16_t> zone_record(1);
+    zone_record[0] = c.zone.value_or(0);
+    zone_record.make_read_only();
+    // Without err_codes nobody looks at the counter.
+    uint16_t *const err_count = !plan.capture  ? static_cast<uint16_t *>(inaccessible())
+                                : plan.counted ? record.count()
+                                               : nullptr;
+    const call_arguments with{.src = source.sealed(),
+                              .dst = target.column(),
+                              .rows = plan.wide_rows ? 0x10000 + row_count : row_count,
+                              .length = c.length,
+                              .err_codes = plan.capture ? record.codes() : nullptr,
+                              .err_count = err_count,
+                              .heap = c.zone ? zone_record.data() : heap(),
+                              .temporal = c.temporal};
+    EXPECT_EQ(plan.wide_rows ? call_with_wide_rows(c.cast, with) : call(c.cast, with), expected.status);
+    EXPECT_TRUE(target.holds(expected.target));
+    EXPECT_TRUE(services().logged(expected.calls));
+    EXPECT_TRUE(record.hold(expected.failures, plan.counted));
+}
+
+std::vector<batch_row> sample_rows(const row_cast &c, const std::vector<uint8_t> &flags)
+{
+    std::vector<batch_row> rows;
+    for (const uint8_t flag : flags)
+        rows.push_back({flag, c.samples[rows.size() % c.samples.size()]});
+    return rows;
+}
+
+void expect_rows_and_null_rows(const row_cast &c)
+{
+    const std::function<uint8_t(uint32_t)> patterns[] = {
+        [](uint32_t) { return uint8_t{1}; },
+        [](uint32_t) { return uint8_t{0}; },
+        [&](uint32_t row) { return mixed_flags[row % std::size(mixed_flags)]; },
+        [](uint32_t row) { return static_cast<uint8_t>(row / 1024 == 1 ? 0 : 1 + row % 255); },
+        [](uint32_t row) { return static_cast<uint8_t>(row % 1024 == 0 ? 0 : 3); },
+    };
+    for (const setup &how : all_setups())
+        for (const auto &flag_of : patterns)
+            for (const uint32_t rows : {0U, 1U, 2U, 33U, 1023U, 1024U, 1025U, 2100U})
+                for (const bool capture : {false, true})
+                    if (!capture || c.captures())
+                        expect_batch(c, how, sample_rows(c, flags_of(rows, flag_of)), {.capture = capture});
+}
+
+void expect_row_counts(const row_cast &c)
+{
+    const auto flag_of = [](uint32_t row) { return static_cast<uint8_t>(row % 5 == 3 ? 0 : row % 250 + 1); };
+    for (const setup &how : {few_setups()[1], few_setups()[2]})
+        expect_batch(c, how, sample_rows(c, flags_of(65535, flag_of)));
+    for (const uint32_t rows : {0U, 1U, 3U})
+        expect_batch(c, few_setups().front(), sample_rows(c, flags_of(rows, flag_of)), {.wide_rows = true});
+}
+
+void expect_stops(const row_cast &c)
+{
+    // A short batch: every call, with codes that the cast may make itself and others; and successes above 0.
+    const auto some_flags = flags_of(11, [](uint32_t row) { return mixed_flags[row]; });
+    const std::vector<batch_row> few_rows = sample_rows(c, some_flags);
+    for (const setup &how : all_setups()) {
+        const size_t calls = calls_that_can_fail(c, how, few_rows);
+        ASSERT_GT(calls, 0U);
+        for (size_t failing = 0; failing < calls; failing++)
+            for (const int32_t code : {-1, int32_t{ERR_OVERFLOW}, int32_t{ERR_TRUNCATED}, INT32_MIN, 1, INT32_MAX})
+                expect_batch(c, how, few_rows, {.results = {{failing, code}, {failing + 1, -4322}}});
+    }
+    // A long one: at the first, a middle and the last row.
+    const auto flags = flags_of(1024 + 40, [](uint32_t row) { return static_cast<uint8_t>(row % 5 == 3 ? 0 : 2); });
+    const std::vector<batch_row> rows = sample_rows(c, flags);
+    for (const setup &how : all_setups()) {
+        const size_t calls = calls_that_can_fail(c, how, rows);
+        for (const size_t failing : {size_t{0}, size_t{1}, calls / 2, calls - 20, calls - 2, calls - 1})
+            expect_batch(c, how, rows, {.results = {{failing, -4321}}});
+    }
+}
+
+void expect_captures(const row_cast &c)
+{
+    const auto flags = flags_of(2100, [](uint32_t row) { return static_cast<uint8_t>(row % 5 == 2 ? 0 : 4); });
+    const std::vector<batch_row> rows = sample_rows(c, flags);
+    for (const setup &how : all_setups()) {
+        const size_t calls = calls_that_can_fail(c, how, rows);
+        expect_batch(c, how, rows,
+                     {.results = {{0, -1}, {1, -503}, {600, -6111}, {601, 1}, {900, ERR_OVERFLOW}, {calls - 1, -12}},
+                      .capture = true});
+        expect_batch(c, how, rows, {.results = {{1, INT32_MIN}, {calls - 3, -13}}, .capture = true});
+    }
+    // Every row, over a counter that wraps; no row.
+    batch_plan all{.capture = true, .count_before = 65534};
+    for (size_t failing = 0; failing < 5; failing++)
+        all.results[failing] = -100 - static_cast<int32_t>(failing);
+    for (const setup &how : few_setups()) {
+        expect_batch(c, how, sample_rows(c, {1, 2, 3, 4, 5}), all);
+        expect_batch(c, how, sample_rows(c, {1, 2, 3, 4, 5}), {.capture = true, .count_before = 65535});
+    }
+}
+
+void expect_element(const row_cast &c, const std::string &element)
+{
+    for (const setup &how : few_setups())
+        expect_batch(c, how, {{1, c.samples.front()}, {0x80, element}, {2, c.samples.back()}});
+}
+
+} // namespace bcast::test
