@@ -29,6 +29,15 @@ int32_t plain_loop(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Convert 
     return 0;
 }
 
+// Between -fits and fits, for fits up to 128.
+template <class T> T small_value(uint64_t random, T fits)
+{
+    const int value = int(random % 256) - 128;
+    if constexpr (std::is_integral_v<T>)
+        return T(value) % fits;
+    return T(value) * (fits / 128);
+}
+
 // The arrays of one series: pool_rows source rows, as many target rows, and a column over each batch.
 template <class From, class To> struct pool {
     series s;
@@ -45,7 +54,7 @@ template <class From, class To> struct pool {
     {
         std::mt19937_64 random(3);
         for (uint32_t r = 0; r < pool_rows; r++)
-            from[r] = !from_flags[r] && s.unfit_nulls ? unfit : From(From(random() % 256) - From(128)) % fits;
+            from[r] = !from_flags[r] && s.unfit_nulls ? unfit : small_value(random(), fits);
     }
 
     size_t bytes_moved() const

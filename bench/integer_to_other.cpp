@@ -1,4 +1,8 @@
+// Integers and float into other elements of fixed width.
+
 #include "bench/fixed_width.h"
+
+#include <limits>
 
 namespace {
 
@@ -9,6 +13,14 @@ constexpr auto truth = [](auto from, int32_t &to) {
 
 constexpr auto converted = [](auto from, auto &to) {
     to = std::remove_reference_t<decltype(to)>(from);
+    return true;
+};
+
+template <class Int>
+constexpr auto cut = [](float from, int32_t &to) {
+    if (from > float(std::numeric_limits<Int>::max()) || from < float(std::numeric_limits<Int>::min()))
+        return false;
+    to = from == from ? int32_t(from) : 0;
     return true;
 };
 
@@ -41,6 +53,13 @@ const bool added = [] {
     add_fixed_width<i32, double>("int_to_double", bcast_int_to_double, 128, 0, converted);
     add_fixed_width<i64, float>("int64_to_float", bcast_int64_to_float, 128, 0, converted);
     add_fixed_width<i64, double>("int64_to_double", bcast_int64_to_double, 128, 0, converted);
+    add_beside_plain<float, i32>("float_to_boolean", bcast_float_to_boolean, 128, 0, plain_to_boolean<float>);
+    add_fixed_width<float, i32>("float_to_bit", bcast_float_to_bit, 128, 0, truth);
+    add_fixed_width<float, float>("float_to_float", bcast_float_to_float, 128, 0, converted);
+    add_fixed_width<float, double>("float_to_double", bcast_float_to_double, 128, 0, converted);
+    add_fixed_width<float, i32>("float_to_tinyint", bcast_float_to_tinyint, 128, 1000, cut<int8_t>);
+    add_fixed_width<float, i32>("float_to_smallint", bcast_float_to_smallint, 128, 1e6F, cut<int16_t>);
+    add_fixed_width<float, i32>("float_to_int", bcast_float_to_int, 128, 1e20F, cut<i32>);
     return true;
 }();
 
