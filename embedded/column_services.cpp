@@ -30,6 +30,15 @@ BCAST_AVX512 void assign_avx512(bdta3_col *col, int32_t row, const char *bytes, 
     assign<avx512_machine>(col, row, bytes, len, pad);
 }
 
+// On the machine that this is.
+[[gnu::always_inline]] inline void assign_here(bdta3_col *col, int32_t row, const char *bytes, int32_t len, int32_t pad)
+{
+    if (has_avx512)
+        assign_avx512(col, row, bytes, len, pad);
+    else
+        assign<any_machine>(col, row, bytes, len, pad);
+}
+
 // Calls copy_element(source row, target row) for the rows that hold a value, as
 // long as it says true.
 template <typename CopyElement>
@@ -121,15 +130,12 @@ bdta3_copy_row_fn *copy_row_of(bcast_type type)
 
 void bdta3_col_assign_str(void *, void *, bdta3_col *col, int32_t row, const char *text, int32_t len, int32_t pad)
 {
-    if (embedded::has_avx512)
-        embedded::assign_avx512(col, row, text, len, pad);
-    else
-        embedded::assign<embedded::any_machine>(col, row, text, len, pad);
+    embedded::assign_here(col, row, text, len, pad);
 }
 
 void bdta3_col_assign_bin(void *, void *, bdta3_col *col, int32_t row, const void *bytes, int32_t len)
 {
-    embedded::assign<embedded::any_machine>(col, row, static_cast<const char *>(bytes), len, 0);
+    embedded::assign_here(col, row, static_cast<const char *>(bytes), len, 0);
 }
 
 void *bdta3_col_space_alloc(void *, void *, bdta3_col_data *coldata, int32_t size)

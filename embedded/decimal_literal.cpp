@@ -2,13 +2,11 @@
 
 #include <algorithm>
 
+#include "embedded/characters.h"
+
 namespace embedded {
 
 namespace {
-
-bool is_blank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // What is left of the text.
 struct cursor {

@@ -8,6 +8,10 @@
 
 #include <stddef.h>
 #include <stdint.h>
+#include <string.h>
+
+#include <array>
+#include <bit>
 
 // Not where the build fixes an instruction set without it.
 #if defined(__x86_64__) && (!defined(BCAST_ONE_ISA) || (defined(__AVX512BW__) && defined(__AVX512VL__)))
@@ -15,12 +19,14 @@
 #include <immintrin.h>
 #endif
 
+#include "embedded/powers_of_ten.h"
 #include "embedded/words.h"
 
 namespace embedded {
 
 inline constexpr size_t plain_digits_max = 16;
-inline constexpr uint64_t eight_zeros = 0x3030303030303030; // the characters "00000000"
+inline constexpr size_t plain_decimal_max = plain_digits_max + 1; // with a point
+inline constexpr uint64_t eight_zeros = 0x3030303030303030;       // the characters "00000000"
 
 struct any_machine {
     // ~0 where yes, else 0.
@@ -86,12 +92,41 @@ struct any_machine {
         *value = value_of_eight(head) * 100000000 + value_of_eight(tail);
         return !has_no_digit(head) && !has_no_digit(tail);
     }
+
+    // The value of 1 to plain_digits_max digits, and how many stand behind the point, which need not be there: fewer
+    // than plain_digits_max. False when the count characters are anything else.
+    static bool read_decimal(const char *from, size_t count, uint64_t *value, size_t *behind_point)
+    {
+        const auto *point = static_cast<const char *>(memchr(from, '.', count));
+        const size_t before = point == nullptr ? count : static_cast<size_t>(point - from);
+        *behind_point = point == nullptr ? 0 : count - before - 1;
+        uint64_t head = 0, tail = 0;
+        if (before + *behind_point - 1 >= plain_digits_max || *behind_point == plain_digits_max ||
+            (before > 0 && !read_digits(from, before, &head)) ||
+            (*behind_point > 0 && !read_digits(point + 1, *behind_point, &tail)))
+            return false;
+        *value = head * powers_of_ten[*behind_point] + tail;
+        return true;
+    }
 };
 
 #if defined(BCAST_HAS_AVX512_MACHINE)
 
 // With AVX-512 a load under a mask does not touch a byte outside it.
 #define BCAST_AVX512 __attribute__((target("avx512bw,avx512vl,bmi2")))
+
+// For the place of the point among 16 characters: ~0 for those behind it. Without a point, which is place 16, for all.
+struct alignas(16) sixteen_bytes {
+    uint8_t bytes[16];
+};
+inline constexpr auto behind_point_masks = [] {
+    std::array<sixteen_bytes, 17> masks{};
+    for (size_t point = 0; point <= 16; point++) {
+        for (size_t i = 0; i < 16; i++)
+            masks[point].bytes[i] = i > point || point == 16 ? 0xFF : 0;
+    }
+    return masks;
+}();
 
 struct avx512_machine {
     static constexpr size_t copy_max = 32;
@@ -102,17 +137,52 @@ struct avx512_machine {
         _mm256_storeu_si256(reinterpret_cast<__m256i *>(to), _mm256_maskz_loadu_epi8(mask, from));
     }
 
-    BCAST_AVX512 static bool read_digits(const char *from, size_t count, uint64_t *value)
+    // The last count of the 16 characters before end; above 16 all of them. The others read as '0'.
+    BCAST_AVX512 static __m128i load_last(const char *end, size_t count)
     {
-        const auto mask = static_cast<__mmask16>(0xFFFFu << (16 - count));
-        const __m128i characters = _mm_maskz_loadu_epi8(mask, from + count - 16);
-        const __m128i digits = _mm_maskz_sub_epi8(mask, characters, _mm_set1_epi8('0'));
+        const auto mask = static_cast<__mmask16>(0xFFFFFFFF0000 >> count);
+        return _mm_mask_loadu_epi8(_mm_set1_epi8('0'), mask, end - 16);
+    }
+
+    // The value of 16 characters; false when one is no digit.
+    BCAST_AVX512 static bool value_of_sixteen(__m128i characters, uint64_t *value)
+    {
+        const __m128i digits = _mm_xor_si128(characters, _mm_set1_epi8('0'));
         const __m128i pairs = _mm_maddubs_epi16(digits, _mm_set1_epi16(10 + (1 << 8)));
         const __m128i fours = _mm_madd_epi16(pairs, _mm_set1_epi32(100 + (1 << 16)));
         const __m128i eights = _mm_madd_epi16(_mm_packus_epi32(fours, fours), _mm_set1_epi32(10000 + (1 << 16)));
         const auto both = static_cast<uint64_t>(_mm_cvtsi128_si64(eights));
         *value = (both & 0xFFFFFFFF) * 100000000 + (both >> 32);
         return _mm_cmpgt_epu8_mask(digits, _mm_set1_epi8(9)) == 0;
+    }
+
+    BCAST_AVX512 static bool read_digits(const char *from, size_t count, uint64_t *value)
+    {
+        return value_of_sixteen(load_last(from + count, count), value);
+    }
+
+    // Takes the point out of the count characters: they become the last of 16, and '0' stands before them. The digits
+    // before the point move up by one, over the point: they are taken from what is loaded one byte before. False when
+    // less than one or more than 16 remain.
+    BCAST_AVX512 static bool take_point_out(const char *from, size_t count, __m128i *digits, size_t *behind_point)
+    {
+        if (count - 1 >= plain_decimal_max)
+            return false;
+        const char *end = from + count;
+        const __m128i as_is = load_last(end, count), moved = load_last(end - 1, count - 1);
+        const auto points = static_cast<uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(as_is, _mm_set1_epi8('.'))));
+        const auto point = static_cast<uint32_t>(std::countr_zero(points | 1 << 16));
+        const uint32_t none = point / 16;
+        *behind_point = 15 - point + none;
+        const __m128i behind = _mm_load_si128(reinterpret_cast<const __m128i *>(&behind_point_masks[point]));
+        *digits = _mm_ternarylogic_epi64(behind, as_is, moved, 0xCA); // bits of behind choose as_is
+        return count - 2 + none < plain_digits_max;
+    }
+
+    BCAST_AVX512 static bool read_decimal(const char *from, size_t count, uint64_t *value, size_t *behind_point)
+    {
+        __m128i digits;
+        return take_point_out(from, count, &digits, behind_point) && value_of_sixteen(digits, value);
     }
 };
 

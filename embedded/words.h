@@ -1,6 +1,7 @@
-// Unaligned words in byte arrays.
+// Unaligned words in byte arrays, and the blocks that long arrays are taken in.
 #pragma once
 
+#include <cstddef>
 #include <cstring>
 
 namespace embedded {
@@ -13,5 +14,14 @@ template <typename W> W load(const void *from)
 }
 
 template <typename W> void store(void *to, W word) { std::memcpy(to, &word, sizeof word); }
+
+// Calls block(at) for blocks of Size that cover size bytes, of which there are at
+// least Size. The last block overlaps the one before it, if it has to.
+template <size_t Size, typename Block> [[gnu::always_inline]] inline void for_blocks(size_t size, Block block)
+{
+    for (size_t at = 0; at + Size < size; at += Size)
+        block(at);
+    block(size - Size);
+}
 
 } // namespace embedded

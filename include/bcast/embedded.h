@@ -47,8 +47,15 @@
  *   longer one leading zeros are dropped, then FF bytes that repeat the sign;
  *   longer still: ERR_OVERFLOW.
  *
- *   Dates are those of the proleptic Gregorian calendar, years 0001 to 9999;
- *   services/temporal.h and the embedded sources say which texts are read. An
+ *   Dates are those of the proleptic Gregorian calendar, years 0001 to 9999.
+ *   Text: YYYY-MM-DD, YYYY/MM/DD or YYYYMMDD, HH:MM[:SS[.f]], or both with a blank
+ *   or T between, and a zone Z, +HH, +HHMM or +HH:MM up to 14:00 behind;
+ *   parse_word 1 also takes DD.MM.YYYY and DD/MM/YYYY, 2 MM/DD/YYYY. Blanks alone
+ *   are no value. A time alone has the date 1900-01-01; a text without a zone
+ *   reads as +08:00, which the casts leave as it is. Fractions are rounded to six
+ *   digits, ties up, with a carry to the date. Anything else, and what lies beyond
+ *   the calendar: ERR_BAD_DATETIME. An integer is YYYYMMDD as a date, HHMMSS or
+ *   YYYYMMDDHHMMSS as a time. Written as 2023-07-14 12:34:56.5+02:00. An
  *   interval in text has the fields of its shape, "3-11" or "5 12:30:07.25", or a
  *   lone number for the leading one.
  *

@@ -16,8 +16,8 @@
 namespace bcast::test {
 namespace {
 
-// Functions of the catalogue that are not written yet. Goes down with every family that is added.
-constexpr size_t expected_missing = 195;
+// Functions of the catalogue that are not written yet.
+constexpr size_t expected_missing = 0;
 
 constexpr size_t all_functions = 348;
 

@@ -1,4 +1,5 @@
 #include "tests/support/guarded.h"
+#include "tests/support/random_number_text.h"
 #include "tests/support/slow_number.h"
 
 #include <services/text.h>
@@ -422,63 +423,9 @@ TEST(str2int64, reads_back_random_numbers_of_every_length)
 
 // ---- Against the slow reading ----------------------------------------------------
 
-namespace {
-
-struct random_text {
-    std::mt19937_64 random{20240702};
-
-    size_t below(size_t n) { return random() % n; }
-    bool one_in(size_t n) { return below(n) == 0; }
-
-    std::string digits(size_t most)
-    {
-        std::string text;
-        for (size_t n = below(most + 1); n > 0; n--)
-            text += one_in(4) ? '0' : one_in(4) ? '9' : static_cast<char>('0' + below(10));
-        return text;
-    }
-
-    // Digits that lie near a limit of int64, or anywhere.
-    std::string number()
-    {
-        if (!one_in(4))
-            return digits(one_in(10) ? 60 : 20);
-        std::string text = one_in(2) ? "9223372036854775807" : "9223372036854775808";
-        if (one_in(2))
-            text[below(text.size())] = static_cast<char>('0' + below(10));
-        return text;
-    }
-
-    std::string operator()()
-    {
-        std::string text;
-        if (one_in(6))
-            text += std::string(below(4), " \t\n\v\f\r"[below(6)]);
-        if (one_in(3))
-            text += one_in(2) ? '-' : '+';
-        std::string whole = number();
-        if (one_in(3))
-            whole.insert(whole.begin() + static_cast<std::ptrdiff_t>(below(whole.size() + 1)), '.');
-        text += whole;
-        if (one_in(3)) {
-            text += one_in(2) ? 'e' : 'E';
-            if (one_in(2))
-                text += one_in(2) ? '-' : '+';
-            text += one_in(10) ? digits(25) : std::to_string(below(45));
-        }
-        if (one_in(6))
-            text += std::string(below(4), " \t\n\v\f\r"[below(6)]);
-        if (one_in(8) && !text.empty())
-            text[below(text.size())] = one_in(2) ? "0123456789+-.eE xX/:"[below(20)] : static_cast<char>(below(256));
-        return text;
-    }
-};
-
-} // namespace
-
 TEST(str2int64, agrees_with_the_slow_reading_on_random_texts)
 {
-    random_text next;
+    random_number_text next;
     size_t values = 0, overflows = 0, bads = 0;
     for (int i = 0; i < 400000; i++) {
         const std::string text = next();
@@ -494,7 +441,7 @@ TEST(str2int64, agrees_with_the_slow_reading_on_random_texts)
 
 TEST(str2int64, agrees_with_the_slow_reading_beside_inaccessible_pages)
 {
-    random_text next;
+    random_number_text next;
     for (int i = 0; i < 20000; i++) {
         const std::string text = next();
         ASSERT_EQ(read(text), slow_str2int64(text)) << "\"" << text << "\"";

@@ -98,6 +98,7 @@ public:
 
     // The column as a cast gets it. From here on nothing in it can be written.
     const bdta3_col *sealed();
+    const bdta3_col *column() const { return &records_.column(); }
 
 private:
     size_t column_row(uint32_t row) const { return sel_.size() > 0 ? sel_[row] : row; }
@@ -161,8 +162,9 @@ public:
     int32_t *codes() { return codes_.data(); }
     uint16_t *count() { return count_.data(); }
 
-    // True if these rows, and no others, have these codes, and the counter has gone up by their number.
-    testing::AssertionResult hold(const std::map<uint32_t, int32_t> &expected) const;
+    // True if these rows, and no others, have these codes, and the counter has gone up by their number; or not, for a
+    // call that was handed no counter.
+    testing::AssertionResult hold(const std::map<uint32_t, int32_t> &expected, bool counted = true) const;
 
 private:
     guarded<int32_t> codes_;

@@ -8,63 +8,114 @@ namespace bcast::test {
 
 namespace {
 
-int32_t plainly(bcast_plain_fn *cast, const call_arguments &a)
-{
-    return cast(env(), heap(), a.src, a.dst, static_cast<uint16_t>(a.rows));
-}
-
-int32_t plainly(bcast_capture_fn *cast, const call_arguments &a)
-{
-    return cast(env(), heap(), a.src, a.dst, static_cast<uint16_t>(a.rows), a.err_codes, a.err_count);
-}
-
-int32_t plainly(bcast_length_fn *cast, const call_arguments &a)
-{
-    return cast(env(), heap(), a.src, a.length, a.dst, static_cast<uint16_t>(a.rows));
-}
-
-int32_t plainly(bcast_length_capture_fn *cast, const call_arguments &a)
-{
-    return cast(env(), heap(), a.src, a.length, a.dst, static_cast<uint16_t>(a.rows), a.err_codes, a.err_count);
-}
-
-// The argument lists as a caller sees them that knows rows as a 32-bit number.
-using wide_plain = int32_t(void *, void *, const bdta3_col *, bdta3_col *, uint32_t);
-using wide_capture = int32_t(void *, void *, const bdta3_col *, bdta3_col *, uint32_t, int32_t *, uint16_t *);
-using wide_length = int32_t(void *, void *, const bdta3_col *, int32_t, bdta3_col *, uint32_t);
-using wide_length_capture = int32_t(void *, void *, const bdta3_col *, int32_t, bdta3_col *, uint32_t, int32_t *,
-                                    uint16_t *);
-
-template <class Wide, class Narrow> Wide *as(Narrow *cast)
-{
-    return reinterpret_cast<Wide *>(reinterpret_cast<void (*)()>(cast));
-}
-
-// The wrong prototype is what this is about, so the check of clang's that forbids it is off here.
+// The wrong prototype is what call_with_wide_rows is about, so the check of clang's that forbids it is off here.
 #ifdef __clang__
 #define CALLS_BY_ANOTHER_PROTOTYPE __attribute__((no_sanitize("function")))
 #else
 #define CALLS_BY_ANOTHER_PROTOTYPE
 #endif
 
-CALLS_BY_ANOTHER_PROTOTYPE int32_t wide(bcast_plain_fn *cast, const call_arguments &a)
+// Calls a cast of the pattern that the first argument tells, by the prototype of the second.
+template <class Cast, class Rows>
+CALLS_BY_ANOTHER_PROTOTYPE int32_t apply(bcast_plain_fn *, Cast *cast, const call_arguments &a, Rows rows)
 {
-    return as<wide_plain>(cast)(env(), heap(), a.src, a.dst, a.rows);
+    return cast(env(), a.heap, a.src, a.dst, rows);
 }
 
-CALLS_BY_ANOTHER_PROTOTYPE int32_t wide(bcast_capture_fn *cast, const call_arguments &a)
+template <class Cast, class Rows>
+CALLS_BY_ANOTHER_PROTOTYPE int32_t apply(bcast_capture_fn *, Cast *cast, const call_arguments &a, Rows rows)
 {
-    return as<wide_capture>(cast)(env(), heap(), a.src, a.dst, a.rows, a.err_codes, a.err_count);
+    return cast(env(), a.heap, a.src, a.dst, rows, a.err_codes, a.err_count);
 }
 
-CALLS_BY_ANOTHER_PROTOTYPE int32_t wide(bcast_length_fn *cast, const call_arguments &a)
+template <class Cast, class Rows>
+CALLS_BY_ANOTHER_PROTOTYPE int32_t apply(bcast_length_fn *, Cast *cast, const call_arguments &a, Rows rows)
 {
-    return as<wide_length>(cast)(env(), heap(), a.src, a.length, a.dst, a.rows);
+    return cast(env(), a.heap, a.src, a.length, a.dst, rows);
 }
 
-CALLS_BY_ANOTHER_PROTOTYPE int32_t wide(bcast_length_capture_fn *cast, const call_arguments &a)
+template <class Cast, class Rows>
+CALLS_BY_ANOTHER_PROTOTYPE int32_t apply(bcast_length_capture_fn *, Cast *cast, const call_arguments &a, Rows rows)
 {
-    return as<wide_length_capture>(cast)(env(), heap(), a.src, a.length, a.dst, a.rows, a.err_codes, a.err_count);
+    return cast(env(), a.heap, a.src, a.length, a.dst, rows, a.err_codes, a.err_count);
+}
+
+template <class Cast, class Rows>
+CALLS_BY_ANOTHER_PROTOTYPE int32_t apply(bcast_direct_fn *, Cast *cast, const call_arguments &a, Rows rows)
+{
+    return cast(env(), a.heap, a.cmp_op, a.src, a.dst, rows);
+}
+
+template <class Cast, class Rows>
+CALLS_BY_ANOTHER_PROTOTYPE int32_t apply(bcast_date_fast_fn *, Cast *cast, const call_arguments &a, Rows rows)
+{
+    return cast(env(), a.heap, a.src, a.dst, a.temporal.parse_word, a.temporal.parse_ptr, rows, a.err_codes,
+                a.err_count);
+}
+
+template <class Cast, class Rows>
+CALLS_BY_ANOTHER_PROTOTYPE int32_t apply(bcast_tltz_fast_fn *, Cast *cast, const call_arguments &a, Rows rows)
+{
+    return cast(env(), a.heap, a.src, a.dst, a.temporal.parse_word, a.temporal.parse_ptr, rows, a.err_codes,
+                a.err_count, a.temporal.local_tz);
+}
+
+template <class Cast, class Rows>
+CALLS_BY_ANOTHER_PROTOTYPE int32_t apply(bcast_tltz_fn *, Cast *cast, const call_arguments &a, Rows rows)
+{
+    return cast(env(), a.heap, a.src, a.dst, rows, a.err_codes, a.err_count, a.temporal.local_tz);
+}
+
+template <class Cast, class Rows>
+CALLS_BY_ANOTHER_PROTOTYPE int32_t apply(bcast_scaled_fn *, Cast *cast, const call_arguments &a, Rows rows)
+{
+    const temporal_arguments &t = a.temporal;
+    return cast(env(), a.heap, a.src, a.dst, rows, t.src_prec, t.src_scale, t.dst_prec, t.dst_scale);
+}
+
+template <class Cast, class Rows>
+CALLS_BY_ANOTHER_PROTOTYPE int32_t apply(bcast_scaled_capture_fn *, Cast *cast, const call_arguments &a, Rows rows)
+{
+    const temporal_arguments &t = a.temporal;
+    return cast(env(), a.heap, a.src, a.dst, rows, t.src_prec, t.src_scale, t.dst_prec, t.dst_scale, a.err_codes,
+                a.err_count);
+}
+
+template <class Cast, class Rows>
+CALLS_BY_ANOTHER_PROTOTYPE int32_t apply(bcast_scaled_text_fn *, Cast *cast, const call_arguments &a, Rows rows)
+{
+    const temporal_arguments &t = a.temporal;
+    return cast(env(), a.heap, a.src, a.dst, rows, t.src_prec, t.src_scale, t.dst_prec);
+}
+
+template <class Cast, class Rows>
+CALLS_BY_ANOTHER_PROTOTYPE int32_t apply(bcast_precise_fn *, Cast *cast, const call_arguments &a, Rows rows)
+{
+    const temporal_arguments &t = a.temporal;
+    return cast(env(), a.heap, a.src, a.dst, rows, t.src_prec, t.src_scale, t.dst_prec, t.dst_scale, t.round_flag,
+                a.err_codes, a.err_count);
+}
+
+template <class Cast, class Rows>
+CALLS_BY_ANOTHER_PROTOTYPE int32_t apply(bcast_precise_typed_fn *, Cast *cast, const call_arguments &a, Rows rows)
+{
+    const temporal_arguments &t = a.temporal;
+    return cast(env(), a.heap, a.src, a.dst, rows, t.src_prec, t.src_scale, t.dst_prec, t.dst_scale, t.round_flag,
+                a.err_codes, a.err_count, t.type_code);
+}
+
+template <class T> struct widened {
+    using type = T;
+};
+template <> struct widened<uint16_t> {
+    using type = uint32_t;
+};
+
+// The cast as a caller sees it that knows its unsigned 16-bit arguments as 32-bit numbers.
+template <class... Arguments> auto *widen(int32_t (*cast)(Arguments...))
+{
+    using wide = int32_t(typename widened<Arguments>::type...);
+    return reinterpret_cast<wide *>(reinterpret_cast<void (*)()>(cast));
 }
 
 void *map_inaccessible()
@@ -97,6 +148,24 @@ std::optional<any_cast> cast_at(void *address, catalogue::pattern arguments)
         return reinterpret_cast<bcast_length_fn *>(address);
     case catalogue::pattern::length_capture:
         return reinterpret_cast<bcast_length_capture_fn *>(address);
+    case catalogue::pattern::direct:
+        return reinterpret_cast<bcast_direct_fn *>(address);
+    case catalogue::pattern::date_fast:
+        return reinterpret_cast<bcast_date_fast_fn *>(address);
+    case catalogue::pattern::tltz_fast:
+        return reinterpret_cast<bcast_tltz_fast_fn *>(address);
+    case catalogue::pattern::tltz:
+        return reinterpret_cast<bcast_tltz_fn *>(address);
+    case catalogue::pattern::scaled:
+        return reinterpret_cast<bcast_scaled_fn *>(address);
+    case catalogue::pattern::scaled_capture:
+        return reinterpret_cast<bcast_scaled_capture_fn *>(address);
+    case catalogue::pattern::scaled_text:
+        return reinterpret_cast<bcast_scaled_text_fn *>(address);
+    case catalogue::pattern::precise:
+        return reinterpret_cast<bcast_precise_fn *>(address);
+    case catalogue::pattern::precise_typed:
+        return reinterpret_cast<bcast_precise_typed_fn *>(address);
     default:
         return std::nullopt;
     }
@@ -104,12 +173,13 @@ std::optional<any_cast> cast_at(void *address, catalogue::pattern arguments)
 
 int32_t call(any_cast cast, const call_arguments &with)
 {
-    return std::visit([&](auto *function) { return plainly(function, with); }, cast);
+    return std::visit([&](auto *function) { return apply(function, function, with, static_cast<uint16_t>(with.rows)); },
+                      cast);
 }
 
 int32_t call_with_wide_rows(any_cast cast, const call_arguments &with)
 {
-    return std::visit([&](auto *function) { return wide(function, with); }, cast);
+    return std::visit([&](auto *function) { return apply(function, widen(function), with, with.rows); }, cast);
 }
 
 } // namespace bcast::test

@@ -18,14 +18,9 @@ namespace {
 
 constexpr int32_t longest_logged_text = 1 << 20;
 constexpr int32_t too_long_for_limit = -9149; // the double's own, so that a cast cannot have made it up
-constexpr char rubbish = '\xDB';
-
-std::string bytes_at(const void *text, int32_t length)
-{
-    if (length <= 0 || length > longest_logged_text)
-        return {};
-    return {static_cast<const char *>(text), static_cast<size_t>(length)};
-}
+constexpr char rubbish = rubbish_byte;
+constexpr size_t fence_bytes = 8; // on either side of stored bytes
+constexpr char fence = '\xFE';
 
 std::string printable(std::string_view bytes)
 {
@@ -46,6 +41,13 @@ std::string printable(std::string_view bytes)
 
 } // namespace
 
+std::string bytes_at(const void *text, int32_t length)
+{
+    if (length <= 0 || length > longest_logged_text)
+        return {};
+    return {static_cast<const char *>(text), static_cast<size_t>(length)};
+}
+
 std::string describe(const service_call &call)
 {
     std::ostringstream out;
@@ -65,6 +67,8 @@ std::string describe(const service_call &call)
     out << printable(call.bytes) << ", number " << call.number << ", length " << call.length << ", pad " << call.pad;
     if (!call.working_value.empty())
         out << ", working value: " << call.working_value;
+    if (call.shape_len != 0 || call.shape_prec != 0)
+        out << ", shape " << call.shape_len << ", " << call.shape_prec;
     out << ')';
     return out.str();
 }
@@ -167,6 +171,27 @@ testing::AssertionResult service_double::logged(const std::vector<service_call> 
     return testing::AssertionSuccess();
 }
 
+testing::AssertionResult service_double::handed_out(const char *text, size_t len) const
+{
+    if (!text && len == 0)
+        return testing::AssertionSuccess();
+    const auto found = stored_.find(text);
+    if (found == stored_.end())
+        return testing::AssertionFailure() << "text stands at " << static_cast<const void *>(text)
+                                           << ", which is no space that a service handed out";
+    if (found->second.len != len)
+        return testing::AssertionFailure()
+               << "text of " << len << " bytes stands in space for " << found->second.len << " bytes";
+    const auto intact = [](const char *side) {
+        return std::all_of(side, side + fence_bytes, [](char byte) { return byte == fence; });
+    };
+    if (!intact(text - fence_bytes) || !intact(text + len))
+        return testing::AssertionFailure() << "bytes beside a text of " << len << " bytes were written";
+    return testing::AssertionSuccess();
+}
+
+const service_call &service_double::record(service_call call) { return log_.emplace_back(std::move(call)); }
+
 int32_t service_double::result_for(std::string_view service, const std::string &value)
 {
     const size_t number = calls_that_can_fail_++;
@@ -176,6 +201,12 @@ int32_t service_double::result_for(std::string_view service, const std::string &
         return 0;
     const auto answer = answers_.find(std::string(service) + ' ' + value);
     return answer == answers_.end() ? 0 : answer->second;
+}
+
+// The text of a great double takes long to make.
+int32_t service_double::result_for(std::string_view service, double value)
+{
+    return result_for(service, answers_.empty() ? std::string() : std::to_string(value));
 }
 
 int32_t service_double::parse(const char *text, int32_t length, int64_t *result)
@@ -220,6 +251,12 @@ int32_t service_double::judge(std::string_view service, int64_t number, const st
     return result_for(service, value);
 }
 
+int32_t service_double::judge(std::string_view service, double value)
+{
+    log_.push_back({.service = service, .number = std::bit_cast<int64_t>(value)});
+    return result_for(service, value);
+}
+
 std::string_view service_double::state_of(const nstr &value)
 {
     if (value.first_word != 0)
@@ -248,14 +285,18 @@ void service_double::leave(nstr &value)
 
 char *service_double::store(const void *bytes, size_t len)
 {
-    stored_.push_back(std::make_unique<char[]>(len));
+    block made{std::make_unique_for_overwrite<char[]>(len + 2 * fence_bytes), len};
+    std::memset(made.bytes.get(), fence, len + 2 * fence_bytes);
+    char *text = made.bytes.get() + fence_bytes;
     if (len > 0)
-        std::memcpy(stored_.back().get(), bytes, len);
-    return stored_.back().get();
+        std::memcpy(text, bytes, len);
+    stored_.emplace(text, std::move(made));
+    return text;
 }
 
 int32_t service_double::make_constant(void *env, void *heap, nstr *value, const char *bytes, int32_t len)
 {
+    binary.constant_from = bytes;
     const service_call &made = log_.emplace_back(service_call{.service = "nblob_assign_const",
                                                               .env = env,
                                                               .heap = heap,
@@ -267,9 +308,13 @@ int32_t service_double::make_constant(void *env, void *heap, nstr *value, const 
     // Whichever place does not hold the constant holds rubbish, and neither word says where it is.
     value->first_word = 0x5EED;
     std::memset(value->inline_bytes, rubbish, NSTR_INLINE_MAX);
-    value->outline = store(std::string(constant.size(), rubbish).data(), constant.size());
+    const size_t outline_bytes = status < 0 ? length_of_failed_constant : constant.size();
+    value->outline = store(std::string(outline_bytes, rubbish).data(), outline_bytes);
     value->outline_state++;
-    value->length = status < 0 ? 0x7EADU : length_of_constants.value_or(static_cast<uint32_t>(constant.size()));
+    value->length =
+        status < 0 ? length_of_failed_constant : length_of_constants.value_or(static_cast<uint32_t>(constant.size()));
+    if (status >= 0 && outline_stays_inline && value->length <= NSTR_INLINE_MAX)
+        value->outline = value->inline_bytes;
     if (status >= 0)
         std::memcpy(value->length > NSTR_INLINE_MAX ? value->outline : value->inline_bytes, constant.data(),
                     constant.size());
@@ -285,16 +330,24 @@ void service_double::make_text(void *env, void *heap, nstr *value, const char *t
                     .bytes = text,
                     .length = static_cast<int32_t>(std::strlen(text)),
                     .working_value = state_of(*value)});
+    const auto known = binary.held.find(std::string_view(text));
+    const std::string held = known == binary.held.end() ? std::string(text) : known->second;
     value->first_word = 0x5EED;
-    value->length = static_cast<uint32_t>(std::strlen(text));
-    value->outline = store(text, std::strlen(text) + 1);
+    std::memset(value->inline_bytes, rubbish, NSTR_INLINE_MAX);
+    value->length = static_cast<uint32_t>(held.size());
+    value->outline = store(held.c_str(), held.size() + 1);
     value->outline_state++;
     leave(*value);
 }
 
 void service_double::clear(void *env, void *heap, nstr *value)
 {
-    log_.push_back({.service = "nstr_clear", .env = env, .heap = heap});
+    std::string_view state = {};
+    if (value_)
+        state = value == value_ ? "" : "another value than before";
+    else if (const std::string_view unused = state_of(*value); unused != fresh_value)
+        state = unused;
+    log_.push_back({.service = "nstr_clear", .env = env, .heap = heap, .working_value = state});
     value->outline = value->inline_bytes;
     value->outline_state = 0;
     leave(*value);
@@ -316,6 +369,7 @@ void service_double::assign_text(void *env, void *heap, bdta3_col *col, int32_t 
 
 void service_double::assign_bytes(void *env, void *heap, bdta3_col *col, int32_t row, const void *bytes, int32_t len)
 {
+    binary.assigned_from = bytes;
     std::string_view part = {};
     if (value_)
         part = bytes == value_->inline_bytes ? "inline"
@@ -342,7 +396,7 @@ void *service_double::allocate(void *env, void *heap, bdta3_col_data *coldata, i
 }
 
 int32_t service_double::copy_rows(void *env, void *heap, const bdta3_col *src, uint32_t src_pos, bdta3_col *dst,
-                                  uint32_t dst_pos, uint32_t count)
+                                  uint32_t dst_pos, void *reserved, uint32_t count)
 {
     log_.push_back({.service = "copy_row",
                     .env = env,
@@ -351,8 +405,23 @@ int32_t service_double::copy_rows(void *env, void *heap, const bdta3_col *src, u
                     .row = static_cast<int32_t>(dst_pos),
                     .text = src,
                     .number = src_pos,
-                    .length = static_cast<int32_t>(count)});
-    return result_for("copy_row", std::to_string(src_pos));
+                    .length = static_cast<int32_t>(count),
+                    .working_value = reserved ? "reserved argument not null" : ""});
+    const int32_t status = result_for("copy_row", std::to_string(src_pos));
+    auto *copies = static_cast<bdta3_str *>(dst->data->values) + dst_pos;
+    for (uint32_t k = 0; k < count; k++) {
+        const uint32_t row = src->sel ? src->sel[src_pos + k] : src_pos + k;
+        if (status < 0) {
+            copies[k] = failed_copy;
+            continue;
+        }
+        dst->data->flags[dst_pos + k] = src->data->flags[row];
+        if (src->data->flags[row] == 0)
+            continue;
+        const bdta3_str &from = static_cast<const bdta3_str *>(src->data->values)[row];
+        copies[k] = {from.length, pad_len_of_copies, store(from.text, static_cast<size_t>(std::max(from.length, 0)))};
+    }
+    return status;
 }
 
 service_double &services()
@@ -402,10 +471,7 @@ int32_t str_from_int(int32_t value, int32_t limit, char *buffer, int32_t *out_le
     return services().format(value, limit, buffer, out_len);
 }
 
-int32_t ntype_is_double_overflow(double value)
-{
-    return services().judge("ntype_is_double_overflow", std::bit_cast<int64_t>(value), std::to_string(value));
-}
+int32_t ntype_is_double_overflow(double value) { return services().judge("ntype_is_double_overflow", value); }
 
 int32_t ntype_is_lint_overflow(int64_t value)
 {

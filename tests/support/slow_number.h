@@ -1,5 +1,5 @@
-// What str2int64 has to give, read off a text in the plainest way: digit by digit, with the digits before the point
-// as a text of their own.
+// What str2int64 and str2int64_directly have to give, read off a text in the plainest way: digit by digit, with the
+// digits before the point as a text of their own.
 #pragma once
 
 #include <bcast/codes.h>
@@ -17,10 +17,17 @@ struct number_reading {
     friend bool operator==(const number_reading &, const number_reading &) = default;
 };
 
-inline number_reading slow_str2int64(std::string_view text)
+// A number without exponent.
+struct slow_digits {
+    bool is_number = false;
+    bool negative = false;
+    std::string before_point = {}; // no leading zeros
+    std::string behind_point = {}; // at least one
+};
+
+inline slow_digits read_slow_digits(std::string_view text)
 {
-    const number_reading bad = {ERR_BAD_CONVERSION, 0};
-    const number_reading overflow = {ERR_OVERFLOW, 0};
+    const slow_digits bad;
     const std::string_view blanks(" \t\n\v\f\r");
     const std::string_view digits("0123456789");
 
@@ -73,18 +80,54 @@ inline number_reading slow_str2int64(std::string_view text)
     if (number.size() <= before_point)
         number.append(before_point + 1 - number.size(), '0');
 
-    const bool round_up = number[before_point] >= '5';
     std::string whole = number.substr(0, before_point);
     whole.erase(0, std::min(whole.find_first_not_of('0'), whole.size()));
-    if (whole.size() > 20)
-        return overflow;
+    return {true, negative, whole, number.substr(before_point)};
+}
+
+// False when it lies outside of int64.
+inline bool slow_int64(const slow_digits &number, bool round_up, std::int64_t *result)
+{
+    if (number.before_point.size() > 20)
+        return false;
     __int128 value = 0;
-    for (const char digit : whole)
+    for (const char digit : number.before_point)
         value = value * 10 + (digit - '0');
     value += round_up;
-    if (negative)
+    if (number.negative)
         value = -value;
-    if (value < INT64_MIN || value > INT64_MAX)
-        return overflow;
-    return {0, static_cast<int64_t>(value)};
+    *result = static_cast<std::int64_t>(value);
+    return *result == value;
+}
+
+inline number_reading slow_str2int64(std::string_view text)
+{
+    const slow_digits number = read_slow_digits(text);
+    std::int64_t value = 0;
+    if (!number.is_number)
+        return {ERR_BAD_CONVERSION, 0};
+    if (!slow_int64(number, number.behind_point[0] >= '5', &value))
+        return {ERR_OVERFLOW, 0};
+    return {0, value};
+}
+
+struct direct_reading {
+    int32_t status; // 1 for a positive one
+    int64_t value;  // 0 unless status is 0 or 1
+    char sign;      // 0 unless status is 1
+
+    friend bool operator==(const direct_reading &, const direct_reading &) = default;
+};
+
+inline direct_reading slow_str2int64_directly(std::string_view text)
+{
+    const slow_digits number = read_slow_digits(text);
+    std::int64_t value = 0;
+    if (!number.is_number)
+        return {ERR_BAD_CONVERSION, 0, 0};
+    if (!slow_int64(number, false, &value))
+        return {number.negative ? ERR_BELOW_RANGE : ERR_ABOVE_RANGE, 0, 0};
+    if (number.behind_point.find_first_not_of('0') == std::string::npos)
+        return {0, value, 0};
+    return {1, value, number.negative ? '-' : '+'};
 }
