@@ -9,6 +9,7 @@
 
 namespace bcast::tool {
 
+// Not whether a boolean is null: that stands in its element.
 inline bool is_present(column &of, std::uint32_t row) { return of.vector()->data->flags[row] != 0; }
 
 inline const bdta3_str &string_element(column &of, std::uint32_t row)

@@ -15,14 +15,9 @@ namespace bcast::tool {
 
 namespace {
 
-// A batch ends behind so many records, or so many bytes of text.
-constexpr std::uint16_t batch_rows = 4096;
+// A batch ends behind so many records, or so many bytes of text and of values that are filled up.
+constexpr std::uint16_t most_batch_rows = 4096;
 constexpr std::size_t batch_bytes = std::size_t(4) << 20;
-
-struct wanted_column {
-    std::string name;
-    const column_type *type;
-};
 
 wanted_column parse_column(const std::string &option)
 {
@@ -30,10 +25,28 @@ wanted_column parse_column(const std::string &option)
     if (colon == std::string::npos)
         throw tool_error("--column " + in_quotes(option) + ": expected NAME:TYPE");
     try {
-        return {option.substr(0, colon), &parse_column_type(std::string_view(option).substr(colon + 1))};
+        const type_name written = parse_type(std::string_view(option).substr(colon + 1));
+        return {.name = option.substr(0, colon), .written = written, .type = column_type(written)};
     } catch (const tool_error &error) {
         throw tool_error("--column " + in_quotes(option) + ": " + error.what());
     }
+}
+
+// Columns of no length, as those of numbers are, stay as they are beside others.
+void cut_what_can_be_cut(std::vector<wanted_column> &wanted)
+{
+    const auto cannot_be_cut = [](const wanted_column &each) { return !can_cut(each.type.type); };
+    const auto refuse = [](const wanted_column &column) {
+        throw tool_error("--cut: there is no cast that cuts for " + described(column.written) + "; there is one for " +
+                         types_that_cut());
+    };
+    for (wanted_column &each : wanted) {
+        if (cannot_be_cut(each) && has_length(each.type.type))
+            refuse(each);
+        each.rule = too_long::is_cut;
+    }
+    if (std::ranges::all_of(wanted, cannot_be_cut))
+        refuse(wanted.front());
 }
 
 std::string list_of(const std::vector<std::string> &names)
@@ -63,7 +76,7 @@ public:
     int run();
 
 private:
-    void choose_columns(const std::vector<wanted_column> &wanted);
+    void choose_columns(const std::vector<wanted_column> &wanted, const date_reading &reading);
     void open_outputs(const csv_load_options &options);
     void write_header();
     void read_records();
@@ -76,6 +89,7 @@ private:
     csv_source source_;
     std::size_t header_fields_ = 0;
     std::vector<loaded_column> columns_;
+    std::size_t bytes_per_row_ = 0;                    // of all columns, however short their texts
     std::vector<std::vector<loaded_column *>> takers_; // by field of a record: the columns that it goes to
     std::optional<output_file> output_;
     std::optional<output_file> errors_;
@@ -94,11 +108,15 @@ csv_load::csv_load(const csv_load_options &options) : source_(options.file)
     std::vector<wanted_column> wanted;
     for (const std::string &option : options.columns)
         wanted.push_back(parse_column(option));
-    choose_columns(wanted);
+    if (options.cut)
+        cut_what_can_be_cut(wanted);
+    const date_reading reading = parse_date_options(options.dates);
+    pool_.set_time_zone(reading.local_zone);
+    choose_columns(wanted, reading);
     open_outputs(options);
 }
 
-void csv_load::choose_columns(const std::vector<wanted_column> &wanted)
+void csv_load::choose_columns(const std::vector<wanted_column> &wanted, const date_reading &reading)
 {
     const std::vector<std::string> header = source_.read_header();
     header_fields_ = header.size();
@@ -107,7 +125,7 @@ void csv_load::choose_columns(const std::vector<wanted_column> &wanted)
     std::vector<std::size_t> fields;
     for (const wanted_column &each : wanted) {
         fields.push_back(find_field(header, each.name, source_.file().name()));
-        columns_.emplace_back(each.name, *each.type);
+        bytes_per_row_ += columns_.emplace_back(each, reading).bytes_per_row();
     }
     takers_.resize(header_fields_);
     for (std::size_t k = 0; k < fields.size(); k++)
@@ -186,7 +204,7 @@ void csv_load::end_record()
                           std::to_string(rows_before_ + rows_ + 1) + " has " + std::to_string(reader.field_count()) +
                           " fields, but the header has " + std::to_string(header_fields_));
     ++rows_;
-    if (rows_ == batch_rows || text_bytes_ >= batch_bytes)
+    if (rows_ == most_batch_rows || text_bytes_ + rows_ * bytes_per_row_ >= batch_bytes)
         end_batch();
 }
 

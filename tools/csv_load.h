@@ -1,6 +1,8 @@
 // bcast csv: loads columns of a CSV file as columns of SQL types.
 #pragma once
 
+#include "date_reading.h"
+
 #include <string>
 #include <vector>
 
@@ -9,6 +11,8 @@ namespace bcast::tool {
 struct csv_load_options {
     std::string file;                 // "-": standard input
     std::vector<std::string> columns; // NAME:TYPE
+    bool cut = false;                 // texts that are longer than their type
+    date_options dates = {};          // how they are read
     std::string output = "-";         // "-": standard output
     std::string errors = "-";         // "-": standard error
 };

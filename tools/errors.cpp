@@ -46,4 +46,10 @@ std::string in_quotes(std::string_view text)
     return result + (length < text.size() ? "...\"" : "\"");
 }
 
+std::string plain_or_in_quotes(std::string_view text)
+{
+    const std::string escaped = in_quotes(text);
+    return text.empty() || escaped.size() != text.size() + 2 ? escaped : std::string(text);
+}
+
 } // namespace bcast::tool

@@ -15,4 +15,7 @@ struct tool_error : std::runtime_error {
 // Text for a message: in double quotes, what would spoil a line escaped, a long one cut.
 std::string in_quotes(std::string_view text);
 
+// Text as it is where it can stand in a line, else in quotes.
+std::string plain_or_in_quotes(std::string_view text);
+
 } // namespace bcast::tool

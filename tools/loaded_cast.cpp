@@ -4,6 +4,7 @@
 #include "errors.h"
 
 #include <limits>
+#include <new>
 #include <stdexcept>
 #include <string>
 
@@ -15,13 +16,26 @@ using catalogue::pattern;
 
 namespace {
 
-// The longest source text, in bytes, that is within the contract of a cast.
+constexpr std::int32_t any_length = std::numeric_limits<std::int32_t>::max();
+
+bool is_interval(bcast_type type) { return type == BCAST_IVYM || type == BCAST_IVDT; }
+
+// The longest source text, in bytes, that a cast reads as it stands.
 std::int32_t longest_source_text(const catalogue::cast &entry)
 {
+    const bool from_text =
+        entry.source == BCAST_CHAR || entry.source == BCAST_VARCHAR || entry.source == BCAST_VARCHAR2;
+    // Casts to dates and times judge the length themselves.
+    const bool judges = entry.arguments == pattern::date_fast || entry.arguments == pattern::tltz_fast;
+    if (!from_text || judges)
+        return any_length;
+    if (is_interval(entry.target))
+        return 32767;
+    // Behind so many bytes a number is not read.
+    if (entry.target == BCAST_DEC || entry.target == BCAST_FLOAT || entry.target == BCAST_DOUBLE)
+        return 319;
     // Of the length of a char or varchar2 the casts read 16 bits.
-    if (entry.source == BCAST_CHAR || entry.source == BCAST_VARCHAR2)
-        return std::numeric_limits<std::uint16_t>::max();
-    return std::numeric_limits<std::int32_t>::max();
+    return entry.source == BCAST_VARCHAR ? any_length : std::numeric_limits<std::uint16_t>::max();
 }
 
 void record(failures &failed, std::uint32_t row, std::int32_t code)
@@ -30,33 +44,57 @@ void record(failures &failed, std::uint32_t row, std::int32_t code)
     ++*failed.count();
 }
 
-void refuse_what_is_outside_the_contract(const catalogue::cast &entry, column &source, std::uint32_t rows,
-                                         failures &failed)
+// The text of an interval ends at a NUL.
+void refuse_what_is_not_read_whole(const catalogue::cast &entry, column &source, std::uint32_t rows, failures &failed)
 {
     const std::int32_t longest = longest_source_text(entry);
-    if (!bcast_type_is_string(entry.source) || longest == std::numeric_limits<std::int32_t>::max())
+    if (longest == any_length)
         return;
+    const auto ends_early = [&](std::string_view text) {
+        return is_interval(entry.target) && text.find('\0') != std::string_view::npos;
+    };
     for (std::uint32_t row = 0; row < rows; row++) {
-        if (is_present(source, row) && string_element(source, row).length > longest) {
+        if (is_present(source, row) &&
+            (string_element(source, row).length > longest || ends_early(stored_text(source, row)))) {
             make_null(source, row);
             record(failed, row, ERR_TRUNCATED);
         }
     }
 }
 
-std::int32_t call(const loaded_cast &cast, bcast_pool *heap, const bdta3_col *src, std::int32_t length, bdta3_col *dst,
-                  std::uint16_t rows, std::int32_t *codes, std::uint16_t *count)
+std::int32_t call(const loaded_cast &cast, bcast_pool *heap, const bdta3_col *src, const cast_arguments &told,
+                  bdta3_col *dst, std::uint16_t rows, std::int32_t *codes, std::uint16_t *count)
 {
+    // Casts do not read the precisions but for one, which is a length.
+    constexpr std::uint16_t not_read = 0;
     switch (cast.entry->arguments) {
     case pattern::plain:
         return reinterpret_cast<bcast_plain_fn *>(cast.address)(nullptr, heap, src, dst, rows);
     case pattern::capture:
         return reinterpret_cast<bcast_capture_fn *>(cast.address)(nullptr, heap, src, dst, rows, codes, count);
     case pattern::length:
-        return reinterpret_cast<bcast_length_fn *>(cast.address)(nullptr, heap, src, length, dst, rows);
+        return reinterpret_cast<bcast_length_fn *>(cast.address)(nullptr, heap, src, told.length, dst, rows);
     case pattern::length_capture:
-        return reinterpret_cast<bcast_length_capture_fn *>(cast.address)(nullptr, heap, src, length, dst, rows, codes,
-                                                                         count);
+        return reinterpret_cast<bcast_length_capture_fn *>(cast.address)(nullptr, heap, src, told.length, dst, rows,
+                                                                         codes, count);
+    case pattern::date_fast:
+        return reinterpret_cast<bcast_date_fast_fn *>(cast.address)(nullptr, heap, src, dst, told.date_order, nullptr,
+                                                                    rows, codes, count);
+    case pattern::tltz_fast:
+        return reinterpret_cast<bcast_tltz_fast_fn *>(cast.address)(nullptr, heap, src, dst, told.date_order, nullptr,
+                                                                    rows, codes, count, told.local_zone);
+    case pattern::tltz:
+        return reinterpret_cast<bcast_tltz_fn *>(cast.address)(nullptr, heap, src, dst, rows, codes, count,
+                                                               told.local_zone);
+    case pattern::scaled:
+        return reinterpret_cast<bcast_scaled_fn *>(cast.address)(nullptr, heap, src, dst, rows, not_read,
+                                                                 told.src_scale, not_read, told.dst_scale);
+    case pattern::scaled_capture:
+        return reinterpret_cast<bcast_scaled_capture_fn *>(cast.address)(
+            nullptr, heap, src, dst, rows, not_read, told.src_scale, not_read, told.dst_scale, codes, count);
+    case pattern::scaled_text:
+        return reinterpret_cast<bcast_scaled_text_fn *>(cast.address)(nullptr, heap, src, dst, rows, not_read,
+                                                                      told.src_scale, std::uint16_t(told.length));
     default:
         throw std::logic_error("no way to call " + std::string(cast.entry->name));
     }
@@ -75,25 +113,48 @@ std::optional<loaded_cast> find_cast(std::string_view name)
 
 void *address_of(const catalogue::cast &entry) { return dlsym(RTLD_DEFAULT, std::string(entry.name).c_str()); }
 
+bool exists(const catalogue::cast &entry)
+{
+    return entry.protocol != catalogue::protocol::absent && address_of(entry) != nullptr;
+}
+
 bool can_run(const catalogue::cast &entry)
 {
-    return entry.arguments == pattern::plain || entry.arguments == pattern::capture || takes_length(entry);
+    switch (entry.arguments) {
+    case pattern::plain:
+    case pattern::capture:
+    case pattern::length:
+    case pattern::length_capture:
+    case pattern::date_fast:
+    case pattern::tltz_fast:
+    case pattern::tltz:
+    case pattern::scaled:
+    case pattern::scaled_capture:
+    case pattern::scaled_text:
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool takes_length(const catalogue::cast &entry)
 {
-    return entry.arguments == pattern::length || entry.arguments == pattern::length_capture;
+    return entry.arguments == pattern::length || entry.arguments == pattern::length_capture ||
+           entry.arguments == pattern::scaled_text;
 }
 
 bool captures(const catalogue::cast &entry) { return entry.protocol == catalogue::protocol::captures; }
 
-void run(const loaded_cast &cast, pool &memory, column &source, std::int32_t length, column &target, std::uint16_t rows,
-         failures &failed)
+void run(const loaded_cast &cast, pool &memory, column &source, const cast_arguments &arguments, column &target,
+         std::uint16_t rows, failures &failed)
 {
-    refuse_what_is_outside_the_contract(*cast.entry, source, rows, failed);
+    refuse_what_is_not_read_whole(*cast.entry, source, rows, failed);
     target.make_room(rows);
     const std::int32_t status =
-        call(cast, memory.heap(), source.vector(), length, target.vector(), rows, failed.codes(), failed.count());
+        call(cast, memory.heap(), source.vector(), arguments, target.vector(), rows, failed.codes(), failed.count());
+    // That is none of a row's data: a cast may end behind it, capturing or not.
+    if (status == ERR_NO_MEMORY)
+        throw std::bad_alloc();
     if (status < 0 && !captures(*cast.entry)) {
         if (rows != 1)
             throw tool_error(std::string(cast.entry->name) + " failed with code " + std::to_string(status));

@@ -11,13 +11,6 @@ namespace {
 
 std::string_view or_nothing(const char *text) { return text != nullptr ? text : ""; }
 
-// A name as it is where it can stand in a line, else quoted.
-std::string shown(const std::string &name)
-{
-    const std::string escaped = in_quotes(name);
-    return name.empty() || escaped.size() != name.size() + 2 ? escaped : name;
-}
-
 } // namespace
 
 std::string code_and_name(std::int32_t code)
@@ -26,7 +19,10 @@ std::string code_and_name(std::int32_t code)
     return std::to_string(code) + (name != nullptr ? " " + std::string(name) : "");
 }
 
-std::string_view code_text(std::int32_t code) { return or_nothing(bcast_code_text(code)); }
+std::string described(std::int32_t code)
+{
+    return "error " + code_and_name(code) + ": " + std::string(or_nothing(bcast_code_text(code)));
+}
 
 failure_list::failure_list(output_file &file, bool header_at_once) : file_(file)
 {
@@ -65,7 +61,7 @@ std::string summary(const std::vector<column_sums> &columns)
 {
     std::vector<std::vector<std::string>> lines = {{"column", "type", "rows", "nulls", "failed"}};
     for (const column_sums &each : columns) {
-        lines.push_back({shown(each.column), std::string(each.type), std::to_string(each.rows),
+        lines.push_back({plain_or_in_quotes(each.column), each.type, std::to_string(each.rows),
                          std::to_string(each.nulls), std::to_string(each.failed())});
         for (const auto &[code, count] : each.failures)
             lines.push_back({"", "", "", "", std::to_string(count), code_and_name(code)});

@@ -11,10 +11,11 @@
 
 namespace bcast::tool {
 
-// "-6102 ERR_OVERFLOW", "numeric value does not fit the target"; of a code that the library does not define, the number
-// and nothing.
+// "-6102 ERR_OVERFLOW"; of a code that the library does not define, the number.
 std::string code_and_name(std::int32_t code);
-std::string_view code_text(std::int32_t code);
+
+// "error -6102 ERR_OVERFLOW: numeric value does not fit the target"
+std::string described(std::int32_t code);
 
 // Failed fields as records of a CSV file: row, column, text, code, name.
 class failure_list {
@@ -32,7 +33,7 @@ private:
 
 struct column_sums {
     std::string column;
-    std::string_view type;
+    std::string type;
     std::uint64_t rows = 0;
     std::uint64_t nulls = 0;
     std::map<std::int32_t, std::uint64_t> failures = {}; // by code

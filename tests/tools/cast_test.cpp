@@ -126,17 +126,50 @@ TEST(cast, length_is_missing_or_not_taken)
 {
     expect_refused(cast("int", "char", {"1"}), "--to char: the length is missing, as in char(20)");
     expect_refused(cast("int64", "varchar", {"1"}), "--to varchar: the length is missing, as in varchar(20)");
+    expect_refused(cast("int", "binary", {"1"}), "--to binary: the length is missing, as in binary(20)");
+    expect_refused(cast("binary", "int", {"01"}), "--from binary: the length is missing, as in binary(20)");
     expect_refused(cast("int", "text(9)", {"1"}), "--to text(9): text takes no length");
     expect_refused(cast("varchar", "int(9)", {"1"}), "--to int(9): int takes no length");
     expect_refused(cast("int(9)", "int64", {"1"}), "--from int(9): int takes no length");
-    expect_refused(cast("int", "char(0)", {"1"}),
-                   "type \"char(0)\": in brackets behind the name stands a length from 1 to 65535");
+    expect_refused(cast("double(10,2)", "int64", {"1"}), "--from double(10,2): double takes no length");
+}
+
+TEST(cast, length_or_shape_is_outside_of_its_bounds)
+{
+    for (const char *length : {"0", "65536", "4294967297", "99999999999999999999"})
+        for (const std::string type : {"char", "varchar", "varchar2"}) {
+            const std::string number = std::string(length).size() > 9 ? "2147483647" : length;
+            expect_refused(cast("int", type + "(" + length + ")", {"1"}),
+                           "--to " + type + "(" + number + "): the length of " + type + " is from 1 to 65535");
+        }
+    expect_refused(cast("int", "binary(32768)", {"1"}), "--to binary(32768): the length of binary is from 1 to 32767");
+    expect_refused(cast("varbinary(0)", "int", {"1"}),
+                   "--from varbinary(0): the length of varbinary is from 1 to 32767");
+    expect_refused(cast("int", "char(5,2)", {"1"}), "--to char(5,2): char takes one number, as in char(20)");
+    expect_refused(cast("int", "dec(0)", {"1"}), "--to dec(0): dec has from 1 to 38 digits");
+    expect_refused(cast("int", "dec(39,2)", {"1"}), "--to dec(39,2): dec has from 1 to 38 digits");
+    expect_refused(cast("dec(5,6)", "int", {"1"}),
+                   "--from dec(5,6): behind the point of dec(5,...) stand 0 to 5 digits");
+    expect_refused(cast("int", "dec(5,2,1)", {"1"}),
+                   "--to dec(5,2,1): dec takes the digits in all and those behind the point, as in dec(10,2)");
+}
+
+TEST(cast, brackets_hold_something_else)
+{
+    for (const std::string type : {"char(", "char()", "char(x)", "char(4", "char(4)x", "char(-1)", "dec(4,)", "dec(,2)",
+                                   "dec(4;2)", "dec(4.2)", "dec(4,2"})
+        expect_refused(cast("int", type, {"1"}), "--to \"" + type +
+                                                     "\": in brackets behind the name stands a length or a shape, "
+                                                     "as in varchar(20) or dec(10,2)");
 }
 
 TEST(cast, a_cast_that_the_library_has_and_the_tool_cannot_try_is_named)
 {
-    expect_refused(cast("int", "bit", {"1"}), "the library has bcast_int_to_bit, but values of these types cannot be "
-                                              "tried from the command line");
+    expect_refused(cast("int", "null", {"1"}), "the library has bcast_int_to_null, but values of these types cannot be "
+                                               "tried from the command line");
+    expect_refused(cast("varchar", "int_directly", {"1"}),
+                   "the library has bcast_varchar_to_int_directly, but values of these types cannot be tried from the "
+                   "command line");
 }
 
 TEST(cast, there_is_no_such_cast)

@@ -1,3 +1,4 @@
+#include "loaded.h"
 #include "plain_csv.h"
 #include "process.h"
 
@@ -13,35 +14,6 @@ namespace bcast::test {
 namespace {
 
 const std::string source_directory = BCAST_SOURCE_DIR;
-
-struct loaded {
-    run_result run;
-    std::string table;
-    std::string failures;
-};
-
-// Loads a file, or a text as a file, with these columns.
-loaded load_file(const std::string &file, const std::vector<std::string> &columns)
-{
-    const temporary_directory directory;
-    std::vector<std::string> arguments = {"csv", file};
-    for (const std::string &column : columns)
-        arguments.insert(arguments.end(), {"--column", column});
-    arguments.insert(arguments.end(),
-                     {"--output", directory.path("table.csv"), "--errors", directory.path("failures.csv")});
-    loaded result = {run_bcast(arguments), {}, {}};
-    result.table = content_of(directory.path("table.csv"));
-    result.failures = content_of(directory.path("failures.csv"));
-    return result;
-}
-
-loaded load(std::string_view text, const std::vector<std::string> &columns)
-{
-    const temporary_directory directory;
-    return load_file(directory.write("input.csv", text), columns);
-}
-
-const std::string no_failures = "row,column,text,code,name\n";
 
 TEST(csv_load, sample_gives_the_expected_table_failures_and_sums)
 {

@@ -49,6 +49,22 @@ TEST(large_input, is_loaded_in_constant_memory)
     EXPECT_EQ(row, rows);
 }
 
+// Short texts, but a row takes the declared length.
+TEST(large_input, values_that_are_filled_up_take_constant_memory)
+{
+    const temporary_directory directory;
+    std::string text = "a\n";
+    for (int row = 0; row < 4000; row++)
+        text += "01\n";
+    const run_result run = run_bcast({"csv", directory.write("short.csv", text), "--column", "a:binary(32767)",
+                                      "--column", "a:char(65535)", "--output", "/dev/null"});
+    EXPECT_EQ(run.exit_status, 0) << run.how << run.errors;
+    EXPECT_EQ(run.errors, "column  type           rows  nulls  failed\n"
+                          "a       binary(32767)  4000      0       0\n"
+                          "a       char(65535)    4000      0       0\n");
+    expect_peak_below_limit(run);
+}
+
 TEST(large_input, field_of_a_column_that_is_not_named_is_not_stored)
 {
     const temporary_directory directory;

@@ -57,20 +57,42 @@ TEST(usage, unknown_type_is_told_with_those_there_are)
     EXPECT_EQ(run.exit_status, 2) << run.how;
     const std::string beginning =
         "bcast: --column \"id:integer\": there is no type \"integer\" for a column; there are "
-        "tinyint, smallint, int, int64";
+        "tinyint, smallint, int, int64, bit, boolean, float, double, dec(p,s), date, time(p), "
+        "time_tz(p), datetime(p), datetime_tz(p), interval year to month, interval day to second, char(n), varchar(n), "
+        "varchar2(n), binary(n), varbinary(n), text, blob, bfile";
     EXPECT_EQ(run.errors.substr(0, beginning.size()), beginning);
 }
 
 TEST(usage, type_is_missing_or_has_what_it_cannot_have)
 {
     const input in("id\n1\n");
+    const auto expect_type_refused = [&](const std::string &type, const std::string &message) {
+        expect_refused(in.load({"--column", "id:" + type}), "--column \"id:" + type + "\": " + message);
+    };
     expect_refused(in.load({"--column", "id"}), "--column \"id\": expected NAME:TYPE");
-    expect_refused(in.load({"--column", "id:int(4)"}), "--column \"id:int(4)\": type \"int(4)\": int takes no length");
-    for (const char *type :
-         {"int(", "int()", "int(x)", "int(4", "int(0)", "int(65536)", "int(4)x", "int(-1)", "int(4,2)"})
-        expect_refused(in.load({"--column", "id:" + std::string(type)}),
-                       "--column \"id:" + std::string(type) + "\": type \"" + type +
-                           "\": in brackets behind the name stands a length from 1 to 65535");
+    expect_type_refused("int(4)", "int takes no length");
+    expect_type_refused("int(0)", "int takes no length");
+    expect_type_refused("boolean(1)", "boolean takes no length");
+    expect_type_refused("varchar", "the length is missing, as in varchar(20)");
+    expect_type_refused("binary", "the length is missing, as in binary(20)");
+    expect_type_refused("char(0)", "the length of char is from 1 to 65535");
+    expect_type_refused("varbinary(32768)", "the length of varbinary is from 1 to 32767");
+    expect_type_refused("dec(39)", "dec has from 1 to 38 digits");
+    expect_type_refused("dec(3,4)", "behind the point of dec(3,...) stand 0 to 3 digits");
+    for (const char *type : {"int(", "int()", "int(x)", "int(4", "int(4)x", "int(-1)", "dec(4,2"})
+        expect_type_refused(type,
+                            "in brackets behind the name stands a length or a shape, as in varchar(20) or dec(10,2)");
+}
+
+TEST(usage, nothing_of_a_type_can_be_cut)
+{
+    const input in("id\n1\n");
+    const std::string others = "; there is one for char, varchar, binary, varbinary";
+    expect_refused(in.load({"--column", "id:int", "--cut"}), "--cut: there is no cast that cuts for int" + others);
+    expect_refused(in.load({"--cut", "--column", "id:text", "--column", "id:dec(5,2)"}),
+                   "--cut: there is no cast that cuts for text" + others);
+    expect_refused(in.load({"--cut", "--column", "id:varchar(5)", "--column", "id:varchar2(5)"}),
+                   "--cut: there is no cast that cuts for varchar2(5)" + others);
 }
 
 TEST(usage, named_column_stands_twice_in_the_header)
@@ -106,7 +128,8 @@ TEST(usage, usage_error_leaves_output_files_as_they_were)
 TEST(usage, help_and_version_go_to_standard_output)
 {
     EXPECT_EQ(run_bcast({"--version"}).output, "bcast " BCAST_VERSION "\n");
-    for (const std::vector<std::string> &command : {std::vector<std::string>{}, {"csv"}, {"cast"}, {"list"}}) {
+    for (const std::vector<std::string> &command :
+         {std::vector<std::string>{}, {"csv"}, {"cast"}, {"compare"}, {"list"}}) {
         std::vector<std::string> arguments = command;
         arguments.push_back("--help");
         const run_result run = run_bcast(arguments);
@@ -290,7 +313,8 @@ TEST(usage, full_disk_is_noticed_wherever_it_is)
                                                       {"--version"},
                                                       {"csv", "--help"},
                                                       {"list"},
-                                                      {"cast", "--from", "int", "--to", "text", "1"}})
+                                                      {"cast", "--from", "int", "--to", "text", "1"},
+                                                      {"compare", "<", "1"}})
         expect_refused(run_bcast(arguments, {.output = to_file("/dev/full")}), "cannot write standard output" + full);
     EXPECT_EQ(
         run_bcast({"cast", "--from", "varchar", "--to", "int", "x"}, {.errors = to_file("/dev/full")}).exit_status, 2);

@@ -1,0 +1,108 @@
+#include "compare_literal.h"
+
+#include "errors.h"
+#include "files.h"
+#include "loaded_cast.h"
+#include "report.h"
+
+#include <bcast/casts.h>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <string_view>
+
+#include <unistd.h>
+
+namespace bcast::tool {
+
+namespace {
+
+struct comparison {
+    std::string_view op;
+    std::uint16_t code; // as the casts have it
+};
+
+constexpr comparison equal = {"=", '='};
+constexpr comparison unequal = {"<>", 0x3f8};
+constexpr comparison less = {"<", '<'};
+constexpr comparison less_or_equal = {"<=", 0x3f5};
+constexpr std::array<comparison, 6> comparisons = {less, less_or_equal, equal, unequal, {">=", 0x3f6}, {">", '>'}};
+
+const comparison &comparison_of(const std::string &op)
+{
+    const auto found = std::ranges::find(comparisons, op == "!=" ? unequal.op : op, &comparison::op);
+    if (found == comparisons.end())
+        throw tool_error("OP " + in_quotes(op) + ": expected one of <, <=, =, <> (or !=), >=, >");
+    return *found;
+}
+
+// What the casts make of a literal.
+struct parsed {
+    std::int32_t code = 0;
+    std::int32_t verdict = 0;
+    std::int64_t integer = 0; // where there is no verdict
+};
+
+// The verdicts: there is an integer; the literal lies below every integer; above, or it equals none.
+enum verdicts : std::int32_t { none = INT32_MIN, below = 5, above = 6 };
+
+template <class Function, class Int>
+parsed parse_with(const char *name, const std::string &literal, const comparison &compared)
+{
+    const auto cast = find_cast(name);
+    if (!cast)
+        throw tool_error("the library that is loaded does not have " + std::string(name));
+    // The casts read 16 bits of a length.
+    if (literal.size() > std::numeric_limits<std::uint16_t>::max())
+        return {.code = ERR_TRUNCATED};
+    parsed result;
+    Int integer = 0;
+    result.code = reinterpret_cast<Function *>(cast->address)(nullptr, literal.data(), std::int32_t(literal.size()),
+                                                              compared.code, &result.verdict, &integer);
+    result.integer = integer;
+    return result;
+}
+
+parsed parse(const compare_options &options, const comparison &compared)
+{
+    if (options.type == "int")
+        return parse_with<bcast_int_low_fn, std::int32_t>("bcast_varchar_to_int_directly_low", options.literal,
+                                                          compared);
+    if (options.type == "int64")
+        return parse_with<bcast_int64_low_fn, std::int64_t>("bcast_varchar_to_int64_directly_low", options.literal,
+                                                            compared);
+    throw tool_error("--type " + in_quotes(options.type) + ": expected int or int64");
+}
+
+std::string meaning(const parsed &result, const comparison &compared, const compare_options &options)
+{
+    const std::string shown = "x " + std::string(compared.op) + " ";
+    const std::string asked = shown + plain_or_in_quotes(options.literal) + " is ";
+    if (result.verdict == none)
+        return asked + shown + std::to_string(result.integer);
+    if (compared.code == equal.code)
+        return "equal to no " + options.type + ": " + asked + "true for no row";
+    if (compared.code == unequal.code)
+        return "equal to no " + options.type + ": " + asked + "true for every row";
+    const bool wants_less = compared.code == less.code || compared.code == less_or_equal.code;
+    return (result.verdict == above ? "above every " : "below every ") + options.type + ": " + asked +
+           (wants_less == (result.verdict == above) ? "true for every row" : "true for no row");
+}
+
+} // namespace
+
+int compare_literal(const compare_options &options)
+{
+    const comparison &compared = comparison_of(options.op);
+    const parsed result = parse(options, compared);
+    output_file stream(result.code < 0 ? STDERR_FILENO : STDOUT_FILENO);
+    if (result.code < 0)
+        stream.write(in_quotes(options.literal) + ": " + described(result.code) + "\n");
+    else
+        stream.write(meaning(result, compared, options) + "\n");
+    stream.flush();
+    return result.code < 0 ? 1 : 0;
+}
+
+} // namespace bcast::tool
