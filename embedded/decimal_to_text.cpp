@@ -14,15 +14,16 @@ namespace {
 
 constexpr uint32_t short_scale_max = 15; // there is a digit more, which may be a zero before the point
 constexpr int32_t short_room = 48;       // more than the longest text, and the stores beyond it
+constexpr uint64_t head_unit = 10000000000000000;
+
+size_t shown_digits(uint64_t value, uint32_t scale) { return std::max(digit_count(value), size_t{scale} + 1); }
 
 // Writes all digits in a row, then those behind the point once more, one byte further on. Nothing depends on how many
 // digits there are but addresses and shifts.
 template <typename Digits>
 [[gnu::always_inline]] inline int32_t write_short(char *buf, bool negative, uint64_t value, uint32_t scale)
 {
-    constexpr uint64_t head_unit = 10000000000000000;
-
-    const size_t count = std::max(digit_count(value), size_t{scale} + 1);
+    const size_t count = shown_digits(value, scale);
     *buf = '-';
     char *first = buf + negative;
     char *point = first + count - scale;
@@ -45,10 +46,22 @@ template <typename Digits>
     return write_short<any_digits>(buf, negative, value, scale);
 }
 
+#if defined(BCAST_HAS_AVX512_MACHINE)
+
 BCAST_AVX512 int32_t write_short_avx512(char *buf, bool negative, uint64_t value, uint32_t scale)
 {
-    return write_short<avx512_digits>(buf, negative, value, scale);
+    if (value >= head_unit)
+        return write_short<avx512_digits>(buf, negative, value, scale);
+    const size_t count = shown_digits(value, scale);
+    avx512_digits(value).write_number(negative, count, scale, buf);
+    return static_cast<int32_t>(negative + count + (scale > 0));
 }
+
+#else
+
+constexpr auto write_short_avx512 = write_short_any;
+
+#endif
 
 // ---- Any -------------------------------------------------------------------
 
