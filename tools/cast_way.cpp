@@ -85,6 +85,10 @@ std::string targets_of(const std::string &from)
 
 way way_between(const type_name &from, const type_name &to)
 {
+    const bcast_type source = type_of(from.word), target = type_of(to.word);
+    // As from a file, where 0 is false: the library's own cast only asks whether there is a text.
+    if (is_character(source) && target == BCAST_BOOLEAN)
+        return {casts_from_text({target}, too_long::fails), source, target};
     for (const catalogue::cast &entry : catalogue::casts()) {
         const type_pair types = types_of(entry);
         if (types.from != from.word || types.to != to.word || !exists(entry))
@@ -94,7 +98,6 @@ way way_between(const type_name &from, const type_name &to)
         throw tool_error("the library has " + std::string(entry.name) +
                          ", but values of these types cannot be tried from the command line");
     }
-    const bcast_type source = type_of(from.word), target = type_of(to.word);
     if (is_character(source) && is_temporal(target))
         return {casts_from_text({target}, too_long::fails), source, target};
 

@@ -15,8 +15,8 @@ struct way {
     bcast_type target;
 };
 
-// One cast of the library; from characters to a type with a time those that lead there from text. A tool_error says
-// what there is instead.
+// One cast of the library; from characters to boolean and to a type with a time those that lead there from text. A
+// tool_error says what there is instead.
 way way_between(const type_name &from, const type_name &to);
 
 // One cast that cuts what is longer than the target.

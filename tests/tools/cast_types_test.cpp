@@ -39,13 +39,14 @@ TEST(cast_types, null_boolean)
                 {"varbinary", "boolean", "", "0"}});
 }
 
-// Neither words nor digits are looked at: text is true.
+// By way of bit, as from a file: 0 is false.
 TEST(cast_types, characters_as_boolean)
 {
-    expect_all({{"varchar", "boolean", "0", "1"},
-                {"char", "boolean", "false", "1"},
-                {"varchar", "boolean", "", "0"},
-                {"char(3)", "boolean", "", "1"}});
+    expect_all({{"varchar", "boolean", "0", "0"},
+                {"char", "boolean", "000", "0"},
+                {"varchar2", "boolean", "10", "1"},
+                {"char(3)", "boolean", "7", "1"},
+                {"varchar", "boolean", "", "NULL"}});
 }
 
 TEST(cast_types, decimals)
