@@ -23,5 +23,6 @@
 #define RUN __attribute__((target_clones("arch=x86-64-v4", "arch=x86-64-v3", "default"))) static
 #endif
 
-// For what has to be compiled into each clone of a run.
+// For what has to be compiled into each clone of a run, or each caller; INLINED stands behind a lambda's parameters.
 #define ALWAYS_INLINE __attribute__((always_inline)) inline
+#define INLINED __attribute__((always_inline))

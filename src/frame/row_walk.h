@@ -3,16 +3,20 @@
 //
 // `convert(r, i)` makes output row i from source row r and returns a negative code when the row fails. It is
 // called for the rows that the walk takes to be present, in ascending order, behind the row's target flag.
+//
+// Walks are always inlined, for that is done first of all: the variables of a cast that its `convert` refers to then
+// become registers, where they would else be read through two pointers for each row.
 #pragma once
 
 #include "src/frame/column.h"
 #include "src/frame/failures.h"
+#include "src/frame/isa.h"
 
 #include <cstring>
 
 // Calls walk with the function from output row to source row, so that each of the two is compiled into a loop of its
 // own.
-template <class Walk> walk_outcome with_source_rows(const bdta3_col *src, Walk walk)
+template <class Walk> ALWAYS_INLINE walk_outcome with_source_rows(const bdta3_col *src, Walk &&walk)
 {
     if (const uint16_t *sel = src->sel)
         return walk([sel](uint32_t i) -> uint32_t { return sel[i]; });
@@ -22,13 +26,14 @@ template <class Walk> walk_outcome with_source_rows(const bdta3_col *src, Walk w
 // Flag-driven: every row's flag is copied as it stands, and tells whether the row is converted. no_null is not looked
 // at.
 template <class Failures, class Convert>
-walk_outcome walk_present_rows(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Failures failures, Convert convert)
+ALWAYS_INLINE walk_outcome walk_present_rows(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Failures failures,
+                                             Convert &&convert)
 {
     const uint32_t n = row_count(rows);
     const uint8_t *src_flags = src->data->flags;
     uint8_t *dst_flags = dst->data->flags;
 
-    return with_source_rows(src, [&](auto source_row) {
+    return with_source_rows(src, [&](auto source_row) INLINED {
         for (uint32_t i = 0; i < n; i++) {
             const uint32_t r = source_row(i);
             const uint8_t flag = src_flags[r];
@@ -45,11 +50,11 @@ walk_outcome walk_present_rows(const bdta3_col *src, bdta3_col *dst, uint16_t ro
 
 // Every row is converted, whatever its flag; flags are not touched.
 template <class Failures, class Convert>
-walk_outcome walk_all_rows(const bdta3_col *src, uint16_t rows, Failures failures, Convert convert)
+ALWAYS_INLINE walk_outcome walk_all_rows(const bdta3_col *src, uint16_t rows, Failures failures, Convert &&convert)
 {
     const uint32_t n = row_count(rows);
 
-    return with_source_rows(src, [&](auto source_row) {
+    return with_source_rows(src, [&](auto source_row) INLINED {
         for (uint32_t i = 0; i < n; i++) {
             const row_outcome row = convert(source_row(i), i);
             if (row.code < 0 && (row.ends_cast || !failures.captured(i, row.code)))
@@ -62,7 +67,8 @@ walk_outcome walk_all_rows(const bdta3_col *src, uint16_t rows, Failures failure
 // Filling: where the source says that no row is null, its flags are not read; all target flags become 1 ahead of the
 // first row and all rows are converted. Otherwise flag-driven.
 template <class Failures, class Convert>
-walk_outcome walk_filling_flags(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Failures failures, Convert convert)
+ALWAYS_INLINE walk_outcome walk_filling_flags(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Failures failures,
+                                              Convert &&convert)
 {
     if (!src->no_null)
         return walk_present_rows(src, dst, rows, failures, convert);
@@ -73,15 +79,15 @@ walk_outcome walk_filling_flags(const bdta3_col *src, bdta3_col *dst, uint16_t r
 // Flag-driven, but that without a selection all flags are copied as one block ahead of the first row: a failure that
 // ends the cast then leaves the flags of the rows behind it copied.
 template <class Failures, class Convert>
-walk_outcome walk_copying_flags_ahead(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Failures failures,
-                                      Convert convert)
+ALWAYS_INLINE walk_outcome walk_copying_flags_ahead(const bdta3_col *src, bdta3_col *dst, uint16_t rows,
+                                                    Failures failures, Convert &&convert)
 {
     if (src->sel)
         return walk_present_rows(src, dst, rows, failures, convert);
     const uint8_t *flags = dst->data->flags;
     memcpy(dst->data->flags, src->data->flags, row_count(rows));
     return walk_all_rows(src, rows, failures,
-                         [&](uint32_t r, uint32_t i) { return flags[i] == 0 ? 0 : convert(r, i); });
+                         [&](uint32_t r, uint32_t i) INLINED { return flags[i] == 0 ? 0 : convert(r, i); });
 }
 
 // Behind a walk: no_null is copied if it reached its end. Gives the walk's status on.
