@@ -125,19 +125,18 @@ struct avx512_iso {
                                           6,    7,    8,    9,    10,   11,   12,   13,   14,   15};
 
     // The smallest number of each byte of a record, and how far it may be above that. For the day that depends on the
-    // month: it is looked up, in months of leap years.
+    // month: it is looked up.
     static constexpr uint8_t least[16] = {0, 0, 0, 0, 1, 1};
     static constexpr uint8_t range[16] = {0, 0, 99, 99, 11, 0, 23, 59, 59, 99, 99, 99};
     static constexpr uint8_t month_to_day[16] = {none, none, none, none, none, 4,    none, none,
                                                  none, none, none, none, none, none, none, none};
-    static constexpr uint8_t day_range[16] = {0, 30, 28, 30, 29, 30, 29, 30, 30, 29, 30, 29, 30};
-
-    static constexpr uint16_t february_29 = 2 | 29 << 8; // as the bytes of a record
+    static constexpr uint8_t day_range[16] = {0, 30, 27, 30, 29, 30, 29, 30, 30, 29, 30, 29, 30};
 
     // YYYY-MM-DD, with or without HH:MM, HH:MM:SS or HH:MM:SS.f behind a blank or T, f up to six digits.
     static constexpr uint32_t sizes = 1 << 10 | 1 << 16 | 1 << 19 | 0x3F << 21;
 
-    // Reads a text without blanks around; false, with nothing written, when it is not one of those texts, or no value.
+    // Reads a text without blanks around; false, with nothing written, when it is not one of those texts, or no value,
+    // or a February 29, for which the year matters.
     BCAST_AVX512 static bool read(const char *text, size_t size, temporal_words *value)
     {
         if (size > iso_size || (sizes >> size & 1) == 0)
@@ -158,21 +157,17 @@ struct avx512_iso {
         const __mmask16 outside = _mm_cmpgt_epu8_mask(above, all_ranges);
 
         const auto head = static_cast<uint64_t>(_mm_cvtsi128_si64(bytes));
-        const auto century_and_year = static_cast<uint32_t>(head) >> 16;
-        const auto month_and_day = static_cast<uint16_t>(head >> 32);
-        if ((foreign | outside) != 0 || century_and_year == 0) [[unlikely]]
-            return false;
-        if (month_and_day == february_29 && !is_leap(century_and_year & 0xFF, century_and_year >> 8)) [[unlikely]]
+        constexpr uint32_t century_and_year = 0xFFFF0000;
+        if (!_kortestz_mask32_u8(foreign, outside) || (head & century_and_year) == 0) [[unlikely]]
             return false;
         const auto tail = static_cast<uint32_t>(_mm_extract_epi32(bytes, 2));
         *value = {head | static_cast<uint16_t>(TZ_NO_SHIFT), tail};
         return true;
     }
 
-    // The digits of a value at their places, as numbers.
-    BCAST_AVX512 static __m256i digits_of(const vqtime *value)
+    // The digits of a value at their places, as numbers; those of the head alone are right without the tail.
+    BCAST_AVX512 static __m256i digits_of(temporal_words words)
     {
-        const temporal_words words = load_words(value);
         const __m128i bytes = _mm_set_epi64x(static_cast<int64_t>(words.tail), static_cast<int64_t>(words.head));
         const __m256i pairs = _mm256_cvtepu8_epi16(bytes);
         const __m256i tens = _mm256_mulhi_epu16(pairs, _mm256_set1_epi16(6554)); // of 65536, a tenth
@@ -193,7 +188,7 @@ struct avx512_iso {
     // The text, with zeros behind it.
     BCAST_AVX512 static __m256i datetime_of(const vqtime *value, size_t digits, uint64_t zone)
     {
-        const __m256i places = digits_of(value);
+        const __m256i places = digits_of(load_words(value));
         const uint32_t shown = _bzhi_u32(0x3F << 20, static_cast<unsigned>(20 + digits));
         const uint32_t last = (_mm256_test_epi8_mask(places, places) & shown) | 1 << (iso_second_end - 1);
         const auto size = 32 - static_cast<uint32_t>(__builtin_clz(last));
@@ -213,7 +208,7 @@ struct avx512_iso {
 
     BCAST_AVX512 static void write_date(const vqtime *value, char *text)
     {
-        const __m256i all = _mm256_or_si256(digits_of(value), load_block(model));
+        const __m256i all = _mm256_or_si256(digits_of({load<uint64_t>(value), 0}), load_block(model));
         store_text(text, _mm256_maskz_mov_epi8((1 << iso_date_size) - 1, all));
     }
 

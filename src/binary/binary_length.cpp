@@ -3,6 +3,7 @@
 
 #include "src/frame/alias.h"
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
 #include "src/frame/short_copy.h"
 
 #include "services/binary.h"
@@ -22,7 +23,7 @@ public:
     {
         const void *filled = bytes;
         if (len < length) {
-            if (length <= int32_t(short_copy_max)) {
+            if (copy_short_.fills(uint32_t(length))) [[likely]] {
                 copy_short_(pad_, bytes, uint32_t(len));
             } else {
                 if (len > 0)
@@ -35,8 +36,9 @@ public:
     }
 
 private:
-    short_copy *copy_short_ = best_short_copy();
-    uint8_t pad_[NBIN_MAX]; // not cleared: a row writes what it stores; a length above is not tested for
+    short_copy copy_short_;
+    // Not cleared: a row writes what it stores; a length above is not tested for.
+    alignas(scratch_alignment) uint8_t pad_[NBIN_MAX];
 };
 
 } // namespace

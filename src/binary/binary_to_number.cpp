@@ -5,6 +5,7 @@
 #include "src/frame/decimal_element.h"
 #include "src/frame/decimal_shape.h"
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
 
 #include "services/binary.h"
 #include "services/decimal.h"
@@ -40,7 +41,7 @@ auto decimal_reader(const bdta3_col *src, int32_t length, bdta3_col *dst)
         int32_t status = read_bytes(from[r], &value);
         if (status < 0)
             return status;
-        xdec decimal;
+        alignas(scratch_alignment) xdec decimal;
         status = xdec_from_int64_with_len_prec(value, shape.len, shape.prec, &decimal);
         if (status >= 0)
             store_decimal(decimal, to + i);

@@ -4,6 +4,7 @@
 #include "src/frame/alias.h"
 #include "src/frame/blanks.h"
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
 #include "src/frame/working_value.h"
 
 #include "services/binary.h"
@@ -35,7 +36,7 @@ int32_t show_rows(void *env, void *heap, const bdta3_col *src, int32_t length, b
                   Failures failures)
 {
     const bdta3_str *from = elements<bdta3_str>(src);
-    char text[text_room];
+    alignas(scratch_alignment) char text[text_room];
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, failures, [&](uint32_t r, uint32_t i) {
@@ -84,8 +85,8 @@ template <trimmed_blanks_rule blanks, failing_row fail_too_long>
 int32_t show_hex_rows(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
 {
     const bdta3_str *from = elements<bdta3_str>(src);
-    char text[text_room];
-    nstr working;
+    alignas(scratch_alignment) char text[text_room];
+    alignas(scratch_alignment) nstr working;
     set_up(working);
 
     copy_no_null(src, dst);

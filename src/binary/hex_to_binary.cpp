@@ -4,6 +4,7 @@
 
 #include "src/frame/alias.h"
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
 
 #include "services/binary.h"
 #include "services/column.h"
@@ -24,7 +25,7 @@ int32_t decode_rows(void *env, void *heap, const bdta3_col *src, int32_t length,
 {
     const bdta3_str *from = elements<bdta3_str>(src);
     const bool empty_is_null = rule_below == too_short::stays && global_bcast_var.compat_mode == 2;
-    nbin value; // not cleared: the service writes what it decodes
+    alignas(scratch_alignment) nbin value; // not cleared: the service writes what it decodes
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, failures, [&](uint32_t r, uint32_t i) {

@@ -3,6 +3,8 @@
 
 #include "src/frame/alias.h"
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
+#include "src/frame/text_length.h"
 #include "src/frame/working_value.h"
 
 #include "services/binary.h"
@@ -34,7 +36,7 @@ int32_t bcast_varchar_to_blob(void *env, void *heap, const bdta3_col *src, bdta3
 {
     const bdta3_str *from = elements<bdta3_str>(src);
     char padded[32768]; // not cleared: a row writes what it stores
-    nstr working;
+    alignas(scratch_alignment) nstr working;
     set_up(working);
 
     copy_no_null(src, dst);
@@ -62,7 +64,7 @@ bcast_capture_fn bcast_varchar_to_text ALIAS_OF(bcast_varchar_to_blob);
 int32_t bcast_binary_to_blob(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     const bdta3_str *from = elements<bdta3_str>(src);
-    nstr working;
+    alignas(scratch_alignment) nstr working;
     set_up(working);
 
     copy_no_null(src, dst);
@@ -81,8 +83,8 @@ int32_t bcast_binary_to_blob(void *env, void *heap, const bdta3_col *src, bdta3_
 int32_t bcast_binary_to_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     const bdta3_str *from = elements<bdta3_str>(src);
-    char text[65536];
-    nstr working;
+    alignas(scratch_alignment) char text[65536];
+    alignas(scratch_alignment) nstr working;
     set_up(working);
 
     copy_no_null(src, dst);
@@ -91,7 +93,7 @@ int32_t bcast_binary_to_text(void *env, void *heap, const bdta3_col *src, bdta3_
         if (status < 0)
             return fail_clearing_flag(dst, i, status);
         working.first_word = 0;
-        status = nblob_assign_const(env, heap, &working, text, int32_t(strlen(text)));
+        status = nblob_assign_const(env, heap, &working, text, text_length(text));
         if (status < 0)
             return fail_clearing_flag(dst, i, status);
         bdta3_col_assign_bin(env, heap, dst, int32_t(i), bytes_of(working), int32_t(working.length));

@@ -5,6 +5,7 @@
 #include "src/character/sources.h"
 #include "src/frame/decimal_element.h"
 #include "src/frame/decimal_shape.h"
+#include "src/frame/scratch.h"
 
 #include "services/decimal.h"
 
@@ -16,7 +17,7 @@ auto decimal_reader(int32_t length, bdta3_col *dst)
 {
     const decimal_shape shape(length);
     return [shape, to = elements<xdec>(dst)](const bdta3_str &text, uint32_t i) {
-        xdec value;
+        alignas(scratch_alignment) xdec value;
         const int32_t status =
             xdec_from_char_with_len_prec(text.text, parsed_length(text), shape.len, shape.prec, &value);
         if (status >= 0)

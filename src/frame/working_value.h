@@ -13,5 +13,6 @@ inline void set_up(nstr &value)
 
 inline const char *bytes_of(const nstr &value)
 {
-    return value.length > NSTR_INLINE_MAX ? value.outline : value.inline_bytes;
+    const char *outline = value.outline; // read in any case, so that no branch is needed
+    return value.length > NSTR_INLINE_MAX ? outline : value.inline_bytes;
 }

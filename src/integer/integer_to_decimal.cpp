@@ -4,6 +4,7 @@
 #include "src/frame/decimal_element.h"
 #include "src/frame/decimal_shape.h"
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
 
 #include "services/decimal.h"
 
@@ -15,7 +16,7 @@ template <class Element> auto decimal_maker(const bdta3_col *src, int32_t length
 {
     const decimal_shape shape(length);
     return [shape, from = elements<Element>(src), to = elements<xdec>(dst)](uint32_t r, uint32_t i) {
-        xdec value;
+        alignas(scratch_alignment) xdec value;
         const int32_t status = xdec_from_int64_with_len_prec(from[r], shape.len, shape.prec, &value);
         if (status >= 0)
             store_decimal(value, to + i);

@@ -5,6 +5,7 @@
 #include "src/frame/decimal_shape.h"
 #include "src/frame/integer_range.h"
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
 
 #include "services/decimal.h"
 #include "services/numeric.h"
@@ -44,7 +45,7 @@ int32_t bcast_dec_to_dec(void *, void *, const bdta3_col *src, int32_t length, b
     xdec *to = elements<xdec>(dst);
 
     const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
-        xdec value;
+        alignas(scratch_alignment) xdec value;
         const int32_t status = xdec_from_xdec_with_len_prec(from + r, shape.len, shape.prec, &value);
         if (status >= 0)
             store_decimal(value, to + i);

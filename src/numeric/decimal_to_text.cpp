@@ -4,6 +4,7 @@
 #include "src/frame/alias.h"
 #include "src/frame/blanks.h"
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
 #include "src/frame/working_value.h"
 
 #include "services/column.h"
@@ -36,7 +37,7 @@ int32_t to_characters(void *env, void *heap, const bdta3_col *src, int32_t lengt
 {
     const text_shape shape(length);
     const xdec *from = elements<xdec>(src);
-    char text[400];
+    alignas(scratch_alignment) char text[400];
     int32_t len = 0;
 
     copy_no_null(src, dst);
@@ -70,9 +71,9 @@ int32_t bcast_dec_to_varchar(void *env, void *heap, const bdta3_col *src, int32_
 int32_t bcast_dec_to_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     const xdec *from = elements<xdec>(src);
-    char text[500];
+    alignas(scratch_alignment) char text[500];
     int32_t len = 0;
-    nstr working;
+    alignas(scratch_alignment) nstr working;
     set_up(working);
 
     copy_no_null(src, dst);

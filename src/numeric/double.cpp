@@ -6,6 +6,7 @@
 #include "src/frame/decimal_shape.h"
 #include "src/frame/integer_range.h"
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
 #include "src/numeric/floating_to_text.h"
 
 #include "services/decimal.h"
@@ -111,7 +112,7 @@ int32_t bcast_double_to_dec(void *, void *, const bdta3_col *src, int32_t length
         int32_t status = ntype_is_double_overflow(value);
         if (status < 0)
             return status;
-        xdec decimal;
+        alignas(scratch_alignment) xdec decimal;
         status = xdec_from_double_with_len_prec(value, shape.len, shape.prec, &decimal);
         if (status >= 0)
             store_decimal(decimal, &to);

@@ -3,6 +3,7 @@
 // element's own text.
 
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
 #include "src/frame/short_copy.h"
 
 #include "services/temporal.h"
@@ -15,28 +16,22 @@ namespace {
 constexpr int32_t length_limit = 256;
 
 // For one batch. Gives what the parser gave, or refuses what it may not get.
-struct staged_parser {
-    uint16_t parse_word;
-    void *parse_ptr;
-    short_copy *copy_short = best_short_copy();
-    char staged[length_limit]; // not cleared: a row writes what the parser reads
-
-    staged_parser(uint16_t word, void *ptr) : parse_word(word), parse_ptr(ptr) {}
-
-    int32_t operator()(const bdta3_str &text, vqtime *value)
-    {
-        const auto len = uint32_t(text.length);
-        if (len >= length_limit)
-            return ERR_BAD_DATETIME;
-        if (len < short_copy_max) {
+auto staging_parser(uint16_t parse_word, void *parse_ptr, char *staged)
+{
+    return [=, copy_short = short_copy()](const bdta3_str &text, vqtime *value) -> int32_t {
+        const int32_t length = text.length;
+        const auto len = uint32_t(length);
+        if (copy_short.fills(len + 1)) [[likely]] {
             copy_short(staged, text.text, len);
-        } else {
+        } else if (len < length_limit) {
             memcpy(staged, text.text, len);
             staged[len] = '\0';
+        } else {
+            return ERR_BAD_DATETIME;
         }
-        return char_to_date_simple_with_alen(staged, text.length, parse_ptr, parse_word, value, 0);
-    }
-};
+        return char_to_date_simple_with_alen(staged, length, parse_ptr, parse_word, value, 0);
+    };
+}
 
 template <bcast_temporal_type type> int32_t parse_in_place(const bdta3_str &text, vqtime *value)
 {
@@ -44,7 +39,7 @@ template <bcast_temporal_type type> int32_t parse_in_place(const bdta3_str &text
     return vqtime_from_char_ex2(text.text, text.length, type, value, &unused);
 }
 
-void leave_zone(vqtime *) {}
+constexpr auto leave_zone = [](vqtime *) {};
 
 // Moves a value to the zone, but for one whose zone reads 480. That the shift fails is no failure of the row: the value
 // is what the service left.
@@ -59,20 +54,20 @@ auto move_to(int16_t local_tz)
 
 // The conversion of a present row. Empty text is a null, and so is what the parser says
 // denotes no value. One record takes every parse of a batch.
-template <class Parse, class Move> auto row_reader(const bdta3_col *src, bdta3_col *dst, Parse &parse, Move move)
+template <class Parse, class Move>
+auto row_reader(const bdta3_col *src, bdta3_col *dst, Parse parse, Move move, vqtime *value)
 {
-    return [dst, from = elements<bdta3_str>(src), to = elements<vqtime>(dst), &parse, move,
-            value = vqtime{}](uint32_t r, uint32_t i) mutable {
+    return [=, from = elements<bdta3_str>(src), to = elements<vqtime>(dst)](uint32_t r, uint32_t i) {
         if (from[r].length == 0)
             return turn_null(dst, i);
-        const int32_t status = parse(from[r], &value);
+        const int32_t status = parse(from[r], value);
         if (status < 0)
             return status;
         if (status == PARSE_NULL)
             return turn_null(dst, i);
-        move(&value);
-        vqtime_glgl_adjust_ignore(&value);
-        to[i] = value;
+        move(value);
+        vqtime_glgl_adjust_ignore(value);
+        to[i] = *value;
         return 0;
     };
 }
@@ -82,33 +77,43 @@ template <class Parse, class Move> auto row_reader(const bdta3_col *src, bdta3_c
 int32_t bcast_char_to_date_fast(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t parse_word,
                                 void *parse_ptr, uint16_t rows, int32_t *err_codes, uint16_t *err_count)
 {
-    staged_parser parse(parse_word, parse_ptr);
+    alignas(scratch_alignment) char staged[length_limit]; // not cleared: a row writes what the parser reads
+    const auto parse = staging_parser(parse_word, parse_ptr, staged);
+    alignas(scratch_alignment) vqtime value{};
 
     copy_no_null(src, dst);
-    return walk_filling_flags(src, dst, rows, capture{err_codes, err_count}, row_reader(src, dst, parse, leave_zone));
+    return walk_filling_flags(src, dst, rows, capture{err_codes, err_count},
+                              row_reader(src, dst, parse, leave_zone, &value));
 }
 
 int32_t bcast_varchar2_to_date(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
+    alignas(scratch_alignment) vqtime value{};
+
     copy_no_null(src, dst);
-    return walk_present_rows(src, dst, rows, stop{}, row_reader(src, dst, parse_in_place<TYPE_DATE>, leave_zone));
+    return walk_present_rows(src, dst, rows, stop{},
+                             row_reader(src, dst, parse_in_place<TYPE_DATE>, leave_zone, &value));
 }
 
 int32_t bcast_char_to_tltz_fast(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t parse_word,
                                 void *parse_ptr, uint16_t rows, int32_t *err_codes, uint16_t *err_count,
                                 int16_t local_tz)
 {
-    staged_parser parse(parse_word, parse_ptr);
+    alignas(scratch_alignment) char staged[length_limit]; // not cleared: a row writes what the parser reads
+    const auto parse = staging_parser(parse_word, parse_ptr, staged);
+    alignas(scratch_alignment) vqtime value{};
 
     copy_no_null(src, dst);
     return walk_filling_flags(src, dst, rows, capture{err_codes, err_count},
-                              row_reader(src, dst, parse, move_to(local_tz)));
+                              row_reader(src, dst, parse, move_to(local_tz), &value));
 }
 
 int32_t bcast_varchar_to_timestamp_local_time_zone(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
                                                    int32_t *err_codes, uint16_t *err_count, int16_t local_tz)
 {
+    alignas(scratch_alignment) vqtime value{};
+
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, capture{err_codes, err_count},
-                             row_reader(src, dst, parse_in_place<TYPE_DATETIME>, move_to(local_tz)));
+                             row_reader(src, dst, parse_in_place<TYPE_DATETIME>, move_to(local_tz), &value));
 }

@@ -2,6 +2,7 @@
 // alike.
 
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
 
 #include "services/temporal.h"
 
@@ -17,7 +18,7 @@ template <class Element, reader read> int32_t to_temporal(const bdta3_col *src, 
     vqtime *to = elements<vqtime>(dst);
 
     const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
-        vqtime value;
+        alignas(scratch_alignment) vqtime value;
         const int32_t status = read(from[r], &value);
         if (status >= 0)
             to[i] = value;

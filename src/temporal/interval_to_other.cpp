@@ -3,6 +3,8 @@
 #include "src/frame/alias.h"
 #include "src/frame/blanks.h"
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
+#include "src/frame/text_length.h"
 
 #include "services/column.h"
 #include "services/interval.h"
@@ -40,13 +42,13 @@ int32_t to_characters(void *env, void *heap, const bdta3_col *src, bdta3_col *ds
                       int32_t length)
 {
     const Interval *from = elements<Interval>(src);
-    char text[504];
+    alignas(scratch_alignment) char text[504];
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
         if (write(from + r, text, iv_word) == 0)
             return fail_clearing_flag(dst, i, ERR_TO_CHAR);
-        const auto len = int32_t(strlen(text));
+        const int32_t len = text_length(text);
         if (len <= length)
             bdta3_col_assign_str(env, heap, dst, int32_t(i), text, len, blanks(length, len));
         else if (global_bcast_var.compat_mode == 3)

@@ -2,6 +2,8 @@
 // unpacked first, the types with a zone are not.
 
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
+#include "src/frame/text_length.h"
 #include "src/frame/working_value.h"
 
 #include "services/column.h"
@@ -19,21 +21,21 @@ using writer = int32_t(const vqtime *value, char *text);
 
 int32_t write_date(const vqtime *value, char *text)
 {
-    vqdt_decoded decoded;
+    alignas(scratch_alignment) vqdt_decoded decoded;
     vqdt_date_encode_fast(value, &decoded);
     return vq_date_to_char(&decoded, text);
 }
 
 int32_t write_time(const vqtime *value, char *text)
 {
-    vqdt_decoded decoded;
+    alignas(scratch_alignment) vqdt_decoded decoded;
     vqdt_time_encode_fast(value, &decoded);
     return vq_time_to_char(&decoded, text, 0);
 }
 
 int32_t write_datetime(const vqtime *value, char *text)
 {
-    vqdt_decoded decoded;
+    alignas(scratch_alignment) vqdt_decoded decoded;
     vqdt_encode_fast(value, &decoded);
     return vqdt_to_char(&decoded, text, 0);
 }
@@ -49,8 +51,8 @@ int32_t write_datetime_tz(const vqtime *value, char *text)
 template <writer write> int32_t to_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     const vqtime *from = elements<vqtime>(src);
-    char text[text_room];
-    nstr working;
+    alignas(scratch_alignment) char text[text_room];
+    alignas(scratch_alignment) nstr working;
     set_up(working);
 
     copy_no_null(src, dst);
@@ -58,7 +60,7 @@ template <writer write> int32_t to_text(void *env, void *heap, const bdta3_col *
         if (write(from + r, text) == 0)
             return fail_clearing_flag(dst, i, ERR_TO_CHAR);
         working.first_word = 0;
-        const int32_t status = nblob_assign_const(env, heap, &working, text, int32_t(strlen(text)));
+        const int32_t status = nblob_assign_const(env, heap, &working, text, text_length(text));
         if (status < 0)
             return fail_clearing_flag(dst, i, status);
         bdta3_col_assign_bin(env, heap, dst, int32_t(i), bytes_of(working), int32_t(working.length));
@@ -99,13 +101,13 @@ int32_t bcast_datetime_to_varchar_ex(void *env, void *heap, const bdta3_col *src
                                      uint16_t rows)
 {
     const vqtime *from = elements<vqtime>(src);
-    char text[text_room];
+    alignas(scratch_alignment) char text[text_room];
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
         if (write_datetime(from + r, text) == 0)
             return fail_clearing_flag(dst, i, ERR_TO_CHAR);
-        const auto len = int32_t(strlen(text));
+        const int32_t len = text_length(text);
         if (length < len)
             return fail_clearing_flag(dst, i, ERR_TARGET_TOO_SHORT);
         bdta3_col_assign_str(env, heap, dst, int32_t(i), text, len, 0);
