@@ -35,16 +35,12 @@ char *keep_bytes(bcast_column &column, const void *bytes, size_t size);
 template <typename Machine>
 [[gnu::always_inline]] inline char *keep_short(bcast_column &column, const char *bytes, size_t size)
 {
-    constexpr size_t block = Machine::copy_max;
-    static_assert(block <= arena_slack);
+    static_assert(Machine::copy_max <= arena_slack);
     char *copy = column.bytes.at;
-    if (size > 4 * block || size >= static_cast<size_t>(column.bytes.end - copy))
+    if (size > Machine::copy_blocks_max || size >= static_cast<size_t>(column.bytes.end - copy))
         return nullptr;
     column.bytes.at += size + 1;
-    if (size <= block) [[likely]]
-        Machine::copy(copy, bytes, size);
-    else
-        for_blocks<block>(size, [&](size_t at) { std::memcpy(copy + at, bytes + at, block); });
+    Machine::copy_blocks(copy, bytes, size);
     copy[size] = '\0';
     return copy;
 }

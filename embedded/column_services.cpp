@@ -25,18 +25,17 @@ template <typename Machine>
     string_elements(*col->data)[row] = {len, pad, copy};
 }
 
-BCAST_AVX512 void assign_avx512(bdta3_col *col, int32_t row, const char *bytes, int32_t len, int32_t pad)
+// With the arguments of the services, which are then where they have to be.
+
+BCAST_AVX512 void assign_str_avx512(void *, void *, bdta3_col *col, int32_t row, const char *text, int32_t len,
+                                    int32_t pad)
 {
-    assign<avx512_machine>(col, row, bytes, len, pad);
+    assign<avx512_machine>(col, row, text, len, pad);
 }
 
-// On the machine that this is.
-[[gnu::always_inline]] inline void assign_here(bdta3_col *col, int32_t row, const char *bytes, int32_t len, int32_t pad)
+BCAST_AVX512 void assign_bin_avx512(void *, void *, bdta3_col *col, int32_t row, const void *bytes, int32_t len)
 {
-    if (has_avx512)
-        assign_avx512(col, row, bytes, len, pad);
-    else
-        assign<any_machine>(col, row, bytes, len, pad);
+    assign<avx512_machine>(col, row, static_cast<const char *>(bytes), len, 0);
 }
 
 // Calls copy_element(source row, target row) for the rows that hold a value, as
@@ -128,14 +127,21 @@ bdta3_copy_row_fn *copy_row_of(bcast_type type)
 
 } // namespace embedded
 
-void bdta3_col_assign_str(void *, void *, bdta3_col *col, int32_t row, const char *text, int32_t len, int32_t pad)
+void bdta3_col_assign_str(void *env, void *heap, bdta3_col *col, int32_t row, const char *text, int32_t len,
+                          int32_t pad)
 {
-    embedded::assign_here(col, row, text, len, pad);
+    using namespace embedded;
+    if (has_avx512)
+        return assign_str_avx512(env, heap, col, row, text, len, pad);
+    assign<any_machine>(col, row, text, len, pad);
 }
 
-void bdta3_col_assign_bin(void *, void *, bdta3_col *col, int32_t row, const void *bytes, int32_t len)
+void bdta3_col_assign_bin(void *env, void *heap, bdta3_col *col, int32_t row, const void *bytes, int32_t len)
 {
-    embedded::assign_here(col, row, static_cast<const char *>(bytes), len, 0);
+    using namespace embedded;
+    if (has_avx512)
+        return assign_bin_avx512(env, heap, col, row, bytes, len);
+    assign<any_machine>(col, row, static_cast<const char *>(bytes), len, 0);
 }
 
 void *bdta3_col_space_alloc(void *, void *, bdta3_col_data *coldata, int32_t size)

@@ -7,6 +7,8 @@
 
 #include <bcast/column.h>
 
+#include "embedded/short_text.h"
+
 namespace embedded {
 
 // As it lies in memory; see bcast_lob_read for the meaning.
@@ -29,5 +31,39 @@ inline void write_lob_header(void *to, uint32_t value_len)
     std::memcpy(to, &header, sizeof header);
     std::memcpy(static_cast<char *>(to) + offsetof(lob_header, value_len), &value_len, sizeof value_len);
 }
+
+#if defined(BCAST_HAS_AVX512_MACHINE)
+
+// The constant of a value of at most value_max bytes, in blocks of 32 bytes. Each is written in one store, for a reader
+// right behind it that takes such blocks: it would have to wait for smaller ones.
+struct short_lob {
+    static constexpr uint32_t value_max = 32;
+    static constexpr size_t block = 32, room = 3 * block;
+
+    __m256i header, middle, rest;
+
+    BCAST_AVX512 short_lob(const char *value, uint32_t len)
+    {
+        // The header's second block is zeros, and so is its first behind the length.
+        constexpr size_t header_end = LOB_HEADER_SIZE % block, value_at = 16 - header_end;
+        static constexpr lob_header empty;
+        const uint64_t start = load<uint64_t>(&empty) | uint64_t{len} << 8 * offsetof(lob_header, value_len);
+        const __m256i bytes = _mm256_maskz_loadu_epi8(_bzhi_u32(~0u, len), value);
+        const __m256i moved = _mm256_permute2x128_si256(bytes, bytes, 0x08); // up by 16
+        header = _mm256_zextsi128_si256(_mm_cvtsi64_si128(static_cast<int64_t>(start)));
+        middle = _mm256_alignr_epi8(bytes, moved, value_at);
+        rest = _mm256_zextsi128_si256(_mm_srli_si128(_mm256_extracti128_si256(bytes, 1), value_at));
+    }
+
+    // Writes room bytes.
+    BCAST_AVX512 void write(char *to) const
+    {
+        _mm256_storeu_si256(reinterpret_cast<__m256i *>(to), header);
+        _mm256_storeu_si256(reinterpret_cast<__m256i *>(to + block), middle);
+        _mm256_storeu_si256(reinterpret_cast<__m256i *>(to + 2 * block), rest);
+    }
+};
+
+#endif
 
 } // namespace embedded

@@ -65,6 +65,17 @@ struct any_machine {
         }
     }
 
+    // 0 to copy_blocks_max bytes; may write up to a multiple of copy_max.
+    static constexpr size_t copy_blocks_max = 4 * copy_max;
+
+    static void copy_blocks(char *to, const char *from, size_t size)
+    {
+        if (size <= copy_max) [[likely]]
+            copy(to, from, size);
+        else
+            for_blocks<copy_max>(size, [&](size_t at) { memcpy(to + at, from + at, copy_max); });
+    }
+
     // Eight digit values in a word, the first in the lowest byte: is one above 9?
     static bool has_no_digit(uint64_t digits)
     {
@@ -129,12 +140,19 @@ inline constexpr auto behind_point_masks = [] {
 }();
 
 struct avx512_machine {
-    static constexpr size_t copy_max = 32;
+    static constexpr size_t copy_max = 32, copy_blocks_max = 4 * copy_max;
 
     BCAST_AVX512 static void copy(char *to, const char *from, size_t size)
     {
         const __mmask32 mask = _bzhi_u32(~0u, static_cast<unsigned>(size));
         _mm256_storeu_si256(reinterpret_cast<__m256i *>(to), _mm256_maskz_loadu_epi8(mask, from));
+    }
+
+    // In blocks that do not overlap: that is how a large object is written, just before as a rule.
+    BCAST_AVX512 static void copy_blocks(char *to, const char *from, size_t size)
+    {
+        for (size_t at = 0; at < size; at += copy_max)
+            copy(to + at, from + at, size - at);
     }
 
     // The last count of the 16 characters before end; above 16 all of them. The others read as '0'.

@@ -39,9 +39,7 @@ char *make_room(void *heap, nstr &value, size_t size, size_t inline_max)
     return value.outline;
 }
 
-} // namespace
-
-int32_t nblob_assign_const(void *, void *heap, nstr *value, const char *bytes, int32_t len)
+[[gnu::noinline]] int32_t assign_lob(void *, void *heap, nstr *value, const char *bytes, int32_t len)
 {
     if (len < 0)
         return ERR_BAD_CONVERSION;
@@ -56,6 +54,44 @@ int32_t nblob_assign_const(void *, void *heap, nstr *value, const char *bytes, i
         std::memcpy(at + LOB_HEADER_SIZE, bytes, value_len);
     value->length = value_len + LOB_HEADER_SIZE;
     return 0;
+}
+
+#if defined(BCAST_HAS_AVX512_MACHINE)
+
+using embedded::short_lob;
+
+constexpr uint32_t inline_value_max = uint32_t{NSTR_INLINE_MAX} - uint32_t{LOB_HEADER_SIZE};
+
+// For a value that stands inline and stays so, or that has or can get the smallest block there is, without more ado.
+BCAST_AVX512 int32_t assign_lob_avx512(void *env, void *heap, nstr *value, const char *bytes, int32_t len)
+{
+    const auto value_len = static_cast<uint32_t>(len);
+    if (value_len - inline_value_max - 1 >= short_lob::value_max - inline_value_max)
+        return assign_lob(env, heap, value, bytes, len);
+    char *block = value->outline;
+    if (value->outline_state == 0) {
+        block = heap != nullptr ? embedded::pool_take_smallest(*static_cast<bcast_pool *>(heap)) : nullptr;
+        if (block == nullptr) [[unlikely]]
+            return assign_lob(env, heap, value, bytes, len);
+        value->outline = block;
+        value->outline_state = embedded::pool_block_min;
+    }
+    short_lob(bytes, value_len).write(block);
+    value->length = value_len + LOB_HEADER_SIZE;
+    return 0;
+}
+
+#endif
+
+} // namespace
+
+int32_t nblob_assign_const(void *env, void *heap, nstr *value, const char *bytes, int32_t len)
+{
+#if defined(BCAST_HAS_AVX512_MACHINE)
+    if (embedded::has_avx512)
+        return assign_lob_avx512(env, heap, value, bytes, len);
+#endif
+    return assign_lob(env, heap, value, bytes, len);
 }
 
 // A short text stands inline with outline at it, so that a reader finds it by
