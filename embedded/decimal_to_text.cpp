@@ -16,7 +16,7 @@ constexpr uint32_t short_scale_max = 15; // there is a digit more, which may be 
 constexpr int32_t short_room = 48;       // more than the longest text, and the stores beyond it
 constexpr uint64_t head_unit = 10000000000000000;
 
-size_t shown_digits(uint64_t value, uint32_t scale) { return std::max(digit_count(value), size_t{scale} + 1); }
+size_t shown_digits(uint64_t value, uint32_t scale) { return std::max(size_t{digit_count(value)}, size_t{scale} + 1); }
 
 // Writes all digits in a row, then those behind the point once more, one byte further on. Nothing depends on how many
 // digits there are but addresses and shifts.
@@ -48,10 +48,15 @@ template <typename Digits>
 
 #if defined(BCAST_HAS_AVX512_MACHINE)
 
+[[gnu::noinline]] BCAST_AVX512 int32_t write_split_avx512(char *buf, bool negative, uint64_t value, uint32_t scale)
+{
+    return write_short<avx512_digits>(buf, negative, value, scale);
+}
+
 BCAST_AVX512 int32_t write_short_avx512(char *buf, bool negative, uint64_t value, uint32_t scale)
 {
-    if (value >= head_unit)
-        return write_short<avx512_digits>(buf, negative, value, scale);
+    if (value >= head_unit) [[unlikely]]
+        return write_split_avx512(buf, negative, value, scale);
     const size_t count = shown_digits(value, scale);
     avx512_digits(value).write_number(negative, count, scale, buf);
     return static_cast<int32_t>(negative + count + (scale > 0));

@@ -38,7 +38,7 @@ inline void write_lob_header(void *to, uint32_t value_len)
 // right behind it that takes such blocks: it would have to wait for smaller ones.
 struct short_lob {
     static constexpr uint32_t value_max = 32;
-    static constexpr size_t block = 32, room = 3 * block;
+    static constexpr size_t block = 32, front_room = 2 * block, room = 3 * block;
 
     __m256i header, middle, rest;
 
@@ -55,12 +55,18 @@ struct short_lob {
         rest = _mm256_zextsi128_si256(_mm_srli_si128(_mm256_extracti128_si256(bytes, 1), value_at));
     }
 
-    // Writes room bytes.
-    BCAST_AVX512 void write(char *to) const
+    // The part that has values of up to 21 bytes as a whole; writes front_room bytes.
+    BCAST_AVX512 void write_front(char *to) const
     {
         _mm256_storeu_si256(reinterpret_cast<__m256i *>(to), header);
         _mm256_storeu_si256(reinterpret_cast<__m256i *>(to + block), middle);
-        _mm256_storeu_si256(reinterpret_cast<__m256i *>(to + 2 * block), rest);
+    }
+
+    // Writes room bytes.
+    BCAST_AVX512 void write(char *to) const
+    {
+        write_front(to);
+        _mm256_storeu_si256(reinterpret_cast<__m256i *>(to + front_room), rest);
     }
 };
 

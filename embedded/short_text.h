@@ -21,12 +21,12 @@
 
 #include "embedded/powers_of_ten.h"
 #include "embedded/words.h"
+#include "src/frame/digits.h"
 
 namespace embedded {
 
 inline constexpr size_t plain_digits_max = 16;
 inline constexpr size_t plain_decimal_max = plain_digits_max + 1; // with a point
-inline constexpr uint64_t eight_zeros = 0x3030303030303030;       // the characters "00000000"
 
 struct any_machine {
     // ~0 where yes, else 0.
@@ -145,7 +145,10 @@ struct avx512_machine {
     BCAST_AVX512 static void copy(char *to, const char *from, size_t size)
     {
         const __mmask32 mask = _bzhi_u32(~0u, static_cast<unsigned>(size));
-        _mm256_storeu_si256(reinterpret_cast<__m256i *>(to), _mm256_maskz_loadu_epi8(mask, from));
+        const __m128i head = _mm_maskz_loadu_epi8(static_cast<__mmask16>(mask), from);
+        const __m128i tail = _mm_maskz_loadu_epi8(static_cast<__mmask16>(mask >> 16), from + 16);
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(to), head);
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(to + 16), tail);
     }
 
     // In blocks that do not overlap: that is how a large object is written, just before as a rule.

@@ -62,21 +62,32 @@ using embedded::short_lob;
 
 constexpr uint32_t inline_value_max = uint32_t{NSTR_INLINE_MAX} - uint32_t{LOB_HEADER_SIZE};
 
-// For a value that stands inline and stays so, or that has or can get the smallest block there is, without more ado.
+// For a short value in the smallest block there is, or inline, where that needs no more ado.
 BCAST_AVX512 int32_t assign_lob_avx512(void *env, void *heap, nstr *value, const char *bytes, int32_t len)
 {
     const auto value_len = static_cast<uint32_t>(len);
-    if (value_len - inline_value_max - 1 >= short_lob::value_max - inline_value_max)
+    if (value_len > short_lob::value_max) [[unlikely]]
         return assign_lob(env, heap, value, bytes, len);
     char *block = value->outline;
-    if (value->outline_state == 0) {
-        block = heap != nullptr ? embedded::pool_take_smallest(*static_cast<bcast_pool *>(heap)) : nullptr;
-        if (block == nullptr) [[unlikely]]
-            return assign_lob(env, heap, value, bytes, len);
-        value->outline = block;
-        value->outline_state = embedded::pool_block_min;
+    if (value_len <= inline_value_max) {
+        // Writes over outline and its state, which are set behind it.
+        static_assert(offsetof(nstr, inline_bytes) + short_lob::front_room <= sizeof(nstr));
+        if (value->outline_state != 0)
+            embedded::pool_give_back(*static_cast<bcast_pool *>(heap), block, value->outline_state);
+        short_lob(bytes, value_len).write_front(reinterpret_cast<char *>(value) + offsetof(nstr, inline_bytes));
+        value->outline = value->inline_bytes;
+        value->outline_state = 0;
+    } else {
+        if (value->outline_state == 0) {
+            block = heap != nullptr ? embedded::pool_take_smallest(*static_cast<bcast_pool *>(heap)) : nullptr;
+            if (block == nullptr) [[unlikely]]
+                return assign_lob(env, heap, value, bytes, len);
+            value->outline = block;
+            value->outline_state = embedded::pool_block_min;
+        }
+        static_assert(short_lob::room <= embedded::pool_block_min);
+        short_lob(bytes, value_len).write(block);
     }
-    short_lob(bytes, value_len).write(block);
     value->length = value_len + LOB_HEADER_SIZE;
     return 0;
 }

@@ -5,6 +5,8 @@
 
 #include "src/frame/alias.h"
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
+#include "src/frame/short_store.h"
 
 #include "services/column.h"
 #include "services/numeric.h"
@@ -36,14 +38,16 @@ int32_t to_varbinary(void *env, void *heap, const bdta3_col *src, int32_t length
     const Element *from = elements<Element>(src);
     const uint32_t kept = kept_bytes(width, length);
     const int32_t stored = kept < width ? length : int32_t(width);
-    uint8_t bytes[width];
+    const uint32_t shift = 64 - 8 * std::max(kept, 1U);
+    const short_store store;
+    alignas(scratch_alignment) uint8_t bytes[short_store_size];
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
         const int32_t status = check(from[r]);
         if (status < 0)
             return fail_clearing_flag(dst, i, status);
-        put_bytes(bytes, kept, from[r]);
+        store(bytes, __builtin_bswap64(uint64_t(from[r]) << shift), 0, 0);
         bdta3_col_assign_bin(env, heap, dst, int32_t(i), bytes, stored);
         return 0;
     });
@@ -94,7 +98,7 @@ int32_t bcast_int_to_binary(void *env, void *heap, const bdta3_col *src, int32_t
     constexpr uint32_t width = 4;
     const int32_t *from = elements<int32_t>(src);
     const uint32_t kept = kept_bytes(width, length);
-    uint8_t image[image_size];
+    alignas(scratch_alignment) uint8_t image[image_size];
     // The zeros in front are the same for every row.
     uint8_t *at = image;
     if (uint16_t(length) > width) {

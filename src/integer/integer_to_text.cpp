@@ -4,7 +4,10 @@
 
 #include "src/frame/alias.h"
 #include "src/frame/blanks.h"
+#include "src/frame/digits.h"
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
+#include "src/frame/short_store.h"
 #include "src/frame/working_value.h"
 
 #include "services/column.h"
@@ -13,15 +16,31 @@
 #include <bcast/casts.h>
 #include <bcast/codes.h>
 
-#include <charconv>
-
 namespace {
 
-struct decimal_digits {
-    char text[20]; // the longest int64 with its sign
+// The text of any integer in words. More than 15 digits take one word more, and are the one thing branched on.
+struct decimal_text {
+    uint64_t first, second, third = 0;
     int32_t len;
 
-    explicit decimal_digits(int64_t value) : len(int32_t(std::to_chars(text, text + sizeof text, value).ptr - text)) {}
+    explicit decimal_text(int64_t value)
+    {
+        constexpr uint64_t ten_to_15 = 1'000'000'000'000'000, ten_to_16 = 10 * ten_to_15;
+        const uint64_t negative = uint64_t(value) >> 63;
+        const uint64_t magnitude = (uint64_t(value) ^ (0 - negative)) + negative;
+        if (magnitude < ten_to_15) [[likely]] {
+            const short_decimal_text text(magnitude, negative);
+            first = text.first, second = text.second, len = text.len;
+            return;
+        }
+        const uint64_t head = eight_digits(uint32_t(magnitude / ten_to_16)) | eight_zeros;
+        const sixteen_digits rest(magnitude % ten_to_16);
+        len = int32_t(digit_count(magnitude) + negative);
+        const int skipped = 24 - len;
+        first = uint64_t(characters_behind(skipped, head, rest.first)) ^ negative * zero_to_minus;
+        second = uint64_t(characters_behind(skipped, rest.first, rest.second));
+        third = uint64_t(characters_behind(skipped, rest.second, 0));
+    }
 };
 
 // int and smallint: a service formats and compares with the target's length, and the code is its own.
@@ -29,7 +48,7 @@ template <blanks_rule blanks>
 int32_t by_service(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
 {
     const int32_t *values = elements<int32_t>(src);
-    char text[16];
+    alignas(scratch_alignment) char text[16];
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
@@ -47,13 +66,16 @@ template <class Element, blanks_rule blanks>
 int32_t formatted_here(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
 {
     const Element *values = elements<Element>(src);
+    const short_store store;
+    alignas(scratch_alignment) char text[short_store_size];
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
-        const decimal_digits value(values[r]);
+        const decimal_text value(values[r]);
         if (length < value.len)
             return fail_clearing_flag(dst, i, ERR_TARGET_TOO_SHORT);
-        bdta3_col_assign_str(env, heap, dst, int32_t(i), value.text, value.len, blanks(length, value.len));
+        store(text, value.first, value.second, value.third);
+        bdta3_col_assign_str(env, heap, dst, int32_t(i), text, value.len, blanks(length, value.len));
         return 0;
     });
 }
@@ -64,14 +86,17 @@ template <class Element>
 int32_t into_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows, capture failures)
 {
     const Element *values = elements<Element>(src);
-    nstr working;
+    const short_store store;
+    alignas(scratch_alignment) char text[short_store_size];
+    alignas(scratch_alignment) nstr working;
     set_up(working);
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, failures, [&](uint32_t r, uint32_t i) {
-        const decimal_digits value(values[r]);
+        const decimal_text value(values[r]);
+        store(text, value.first, value.second, value.third);
         working.first_word = 0;
-        const int32_t status = nblob_assign_const(env, heap, &working, value.text, value.len);
+        const int32_t status = nblob_assign_const(env, heap, &working, text, value.len);
         if (status < 0)
             return fail_clearing_flag(dst, i, status);
         bdta3_col_assign_bin(env, heap, dst, int32_t(i), bytes_of(working), int32_t(working.length));
