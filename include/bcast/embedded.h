@@ -206,7 +206,8 @@ typedef struct bcast_failures {
 /* Null when memory ran out. */
 bcast_failures *bcast_failures_new(void);
 
-/* All codes and the count become 0. Between batches. */
+/* All codes and the count become 0. Between batches; not needed where the count is still 0, for no cast has noted a
+ * code then. */
 void bcast_failures_reset(bcast_failures *failures);
 
 /* The first batch row from `from` on, below rows, that failed; rows if none did. */

@@ -5,6 +5,7 @@
 #include "src/frame/alias.h"
 #include "src/frame/row_walk.h"
 #include "src/frame/scratch.h"
+#include "src/frame/short_copy.h"
 
 #include "services/binary.h"
 #include "services/column.h"
@@ -25,6 +26,7 @@ int32_t decode_rows(void *env, void *heap, const bdta3_col *src, int32_t length,
 {
     const bdta3_str *from = elements<bdta3_str>(src);
     const bool empty_is_null = rule_below == too_short::stays && global_bcast_var.compat_mode == 2;
+    const short_copy copy_short;
     alignas(scratch_alignment) nbin value; // not cleared: the service writes what it decodes
 
     copy_no_null(src, dst);
@@ -43,7 +45,10 @@ int32_t decode_rows(void *env, void *heap, const bdta3_col *src, int32_t length,
                 return fail_clearing_flag(dst, i, ERR_TRUNCATED);
             len = length;
         } else if (rule_below == too_short::is_filled && len < length) {
-            memset(value.bytes + len, 0, size_t(length) - size_t(len));
+            if (copy_short.fills(uint32_t(length)))
+                copy_short(value.bytes, value.bytes, uint32_t(len)); // in place: what is behind becomes zeros
+            else
+                memset(value.bytes + len, 0, size_t(length) - size_t(len));
             len = length;
         }
         bdta3_col_assign_bin(env, heap, dst, int32_t(i), value.bytes, len);

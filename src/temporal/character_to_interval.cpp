@@ -2,7 +2,9 @@
 // row has turned null.
 
 #include "src/frame/alias.h"
+#include "src/frame/interval_element.h"
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
 
 #include "services/interval.h"
 
@@ -56,11 +58,11 @@ int32_t to_interval(void *env, const bdta3_col *src, bdta3_col *dst, uint16_t ro
         if (from[r].length == 0)
             return turn_null(dst, i);
         staged.take(from[r]);
-        Interval interval;
+        alignas(scratch_alignment) Interval interval;
         const int32_t status = parse(env, staged.bytes, &interval, iv_word);
         if (status < 0)
             return code_of(status);
-        to[i] = interval;
+        store_interval(interval, to + i);
         return 0;
     });
 }

@@ -2,6 +2,7 @@
 
 #include "src/frame/alias.h"
 #include "src/frame/blanks.h"
+#include "src/frame/interval_element.h"
 #include "src/frame/row_walk.h"
 #include "src/frame/scratch.h"
 #include "src/frame/text_length.h"
@@ -23,11 +24,11 @@ template <class Interval> int32_t reshape_rows(const bdta3_col *src, bdta3_col *
     Interval *to = elements<Interval>(dst);
 
     const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
-        Interval interval;
+        alignas(scratch_alignment) Interval interval;
         interval.iv_word = iv_word; // all that the service is told
         const int32_t status = reshape(&interval, from + r);
         if (status >= 0)
-            to[i] = interval;
+            store_interval(interval, to + i);
         return status;
     });
     return copy_no_null_behind(src, dst, walk);

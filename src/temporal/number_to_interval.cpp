@@ -3,7 +3,10 @@
 
 #include "src/frame/alias.h"
 #include "src/frame/cut.h"
+#include "src/frame/decimal_element.h"
+#include "src/frame/interval_element.h"
 #include "src/frame/row_walk.h"
+#include "src/frame/scratch.h"
 
 #include "services/decimal.h"
 #include "services/interval.h"
@@ -39,14 +42,16 @@ int32_t take_whole(const xdec &from, int32_t &number)
 
 int32_t take(const xdec &from, int32_t &number)
 {
-    const xdec copy = from;
+    alignas(scratch_alignment) xdec copy;
+    store_decimal(from, &copy);
     return take_whole(copy, number);
 }
 
 // As a double, of which seconds keep the fraction. Whether it fits is asked of the integer all the same.
 int32_t take(const xdec &from, double &number)
 {
-    const xdec copy = from;
+    alignas(scratch_alignment) xdec copy;
+    store_decimal(from, &copy);
     int32_t status;
     number = xdec_get_double(&copy, &status);
     if (status < 0)
@@ -128,7 +133,7 @@ int32_t to_interval(const bdta3_col *src, bdta3_col *dst, uint16_t rows, uint16_
         int32_t status = take(from[r], number);
         if (status < 0)
             return status;
-        Interval interval;
+        alignas(scratch_alignment) Interval interval;
         clear(interval);
         interval.iv_word = iv_word;
         status = put(number, interval, iv_word);
@@ -136,7 +141,7 @@ int32_t to_interval(const bdta3_col *src, bdta3_col *dst, uint16_t rows, uint16_
             return status;
         status = validate(interval, iv_word);
         if (status >= 0)
-            to[i] = interval;
+            store_interval(interval, to + i);
         return status;
     });
     return copy_no_null_behind(src, dst, walk);
