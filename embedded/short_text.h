@@ -142,6 +142,7 @@ inline constexpr auto behind_point_masks = [] {
 struct avx512_machine {
     static constexpr size_t copy_max = 32, copy_blocks_max = 4 * copy_max;
 
+    // In halves, for a text that was just written in halves.
     BCAST_AVX512 static void copy(char *to, const char *from, size_t size)
     {
         const __mmask32 mask = _bzhi_u32(~0u, static_cast<unsigned>(size));
@@ -151,11 +152,15 @@ struct avx512_machine {
         _mm_storeu_si128(reinterpret_cast<__m128i *>(to + 16), tail);
     }
 
-    // In blocks that do not overlap: that is how a large object is written, just before as a rule.
+    // Larger ones in blocks one behind the other, as large objects are written.
     BCAST_AVX512 static void copy_blocks(char *to, const char *from, size_t size)
     {
-        for (size_t at = 0; at < size; at += copy_max)
-            copy(to + at, from + at, size - at);
+        if (size <= copy_max)
+            return copy(to, from, size);
+        for (size_t at = 0; at < size; at += copy_max) {
+            const __mmask32 mask = _bzhi_u32(~0u, static_cast<unsigned>(size - at));
+            _mm256_storeu_si256(reinterpret_cast<__m256i *>(to + at), _mm256_maskz_loadu_epi8(mask, from + at));
+        }
     }
 
     // The last count of the 16 characters before end; above 16 all of them. The others read as '0'.
