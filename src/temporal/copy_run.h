@@ -7,6 +7,11 @@
 
 #include <cstring>
 
+#if defined(__AVX512BW__) && defined(__AVX512VL__) || defined(__x86_64__) && !defined(BCAST_ONE_ISA)
+#define HAS_MASKED_STORES 1
+#include <immintrin.h>
+#endif
+
 // Four values are three vectors of four words; a row's flag has to reach all three of its words, which no compiler
 // finds a shuffle for by itself.
 using four_flags = uint8_t __attribute__((vector_size(4)));
@@ -21,12 +26,8 @@ ALWAYS_INLINE void blend_words(const vqtime *from, vqtime *to, size_t vector, fo
     memcpy(reinterpret_cast<char *>(to) + vector * sizeof fresh, &fresh, sizeof fresh);
 }
 
-RUN void copy_values(const vqtime *__restrict from, const uint8_t *__restrict flags, vqtime *__restrict to, uint32_t n)
+RUN void blend_values(const vqtime *__restrict from, const uint8_t *__restrict flags, vqtime *__restrict to, uint32_t n)
 {
-    if (!flags) {
-        memcpy(to, from, n * sizeof(vqtime));
-        return;
-    }
     uint32_t k = 0;
     for (; k + 4 <= n; k += 4) {
         four_flags present;
@@ -39,4 +40,39 @@ RUN void copy_values(const vqtime *__restrict from, const uint8_t *__restrict fl
     for (; k < n; k++)
         if (flags[k])
             to[k] = from[k];
+}
+
+#ifdef HAS_MASKED_STORES
+
+// Sixteen values are three vectors of sixteen words, stored under a mask that has each row's bit three times: what is
+// not stored need not be read either.
+__attribute__((target("avx512bw,avx512vl,bmi2"))) inline void
+store_values(const vqtime *__restrict from, const uint8_t *__restrict flags, vqtime *__restrict to, uint32_t n)
+{
+    for (uint32_t k = 0; k < n; k += 16) {
+        const __mmask16 rows = n - k < 16 ? static_cast<__mmask16>((1u << (n - k)) - 1) : 0xFFFF;
+        const __m128i present = _mm_maskz_loadu_epi8(rows, flags + k);
+        const uint64_t words = 7 * _pdep_u64(_mm_test_epi8_mask(present, present), 0x249249249249);
+        const auto *source = reinterpret_cast<const char *>(from + k);
+        auto *target = reinterpret_cast<char *>(to + k);
+        for (int third = 0; third < 3; third++) {
+            const auto mask = static_cast<__mmask16>(words >> 16 * third);
+            _mm512_mask_storeu_epi32(target + 64 * third, mask, _mm512_maskz_loadu_epi32(mask, source + 64 * third));
+        }
+    }
+}
+
+#endif
+
+inline void copy_values(const vqtime *from, const uint8_t *flags, vqtime *to, uint32_t n)
+{
+    if (!flags) {
+        memcpy(to, from, n * sizeof(vqtime));
+        return;
+    }
+#ifdef HAS_MASKED_STORES
+    if (__builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("bmi2"))
+        return store_values(from, flags, to, n);
+#endif
+    blend_values(from, flags, to, n);
 }
