@@ -1,5 +1,6 @@
 #include <services/decimal.h>
 
+#include "embedded/bare_number.h"
 #include "embedded/decimal_literal.h"
 #include "embedded/plain_decimal.h"
 
@@ -7,34 +8,14 @@ namespace embedded {
 
 namespace {
 
-// The value of count digits of the literal, from the first on, with zeros behind its last.
-uint128 value_of_digits(const decimal_literal &literal, size_t first, size_t count)
-{
-    char digits[48];
-    std::fill(std::begin(digits), std::end(digits), '0');
-    char *to = std::end(digits) - count;
-    for (size_t i = first; i < std::min(first + count, literal.digit_count()); i++)
-        *to++ = literal.digit(i);
-
-    uint128 value = 0;
-    for (const char *at = digits; at != std::end(digits); at += 16) {
-        uint64_t sixteen;
-        any_machine::read_digits(at, 16, &sixteen);
-        value = value * powers_of_ten[16] + sixteen;
-    }
-    return value;
-}
-
 // Any literal. The first digit that finds no room rounds; it tells how, for ties go away from zero.
-int32_t literal_to_decimal(const char *text, size_t size, shape room, xdec *out)
+int32_t literal_to_decimal(const bare_number &number, shape room, xdec *out)
 {
     decimal_literal literal;
-    if (!read_decimal_literal(text, size, &literal))
+    if (!read_decimal_literal(number, &literal))
         return ERR_BAD_CONVERSION;
     const size_t count = literal.digit_count();
-    size_t first = 0; // digit that is not 0
-    while (first < count && literal.digit(first) == '0')
-        first++;
+    const size_t first = literal.behind_zeros(0);
     if (first == count)
         return write_fitting({}, room, out);
 
@@ -49,20 +30,53 @@ int32_t literal_to_decimal(const char *text, size_t size, shape room, xdec *out)
     // Behind the digits there are zeros, of which those before the point count.
     const int64_t kept = std::min(fitting, std::max(before_point, static_cast<int64_t>(count - first)));
     decimal value = {literal.negative, static_cast<uint32_t>(kept - before_point),
-                     value_of_digits(literal, first, static_cast<size_t>(kept))};
+                     literal.value(first, static_cast<size_t>(kept))};
     const size_t next = first + static_cast<size_t>(kept);
     value.coefficient += next < count && literal.digit(next) >= '5';
     cut_zeros(&value);
     return write_fitting(value, room, out);
 }
 
+// What the exponent makes of a few digits, if it leaves them below 10^38.
+bool read_with_exponent(const bare_number &number, decimal *value)
+{
+    constexpr auto zeros_max = static_cast<int32_t>(decimal_digits_max - plain_digits_max);
+
+    short_number read;
+    if (!read_short_with_exponent(number, &read) || read.scale < -zeros_max)
+        return false;
+    *value = {number.negative, 0, read.digits};
+    if (read.scale < 0) {
+        value->coefficient *= wide_powers_of_ten[static_cast<size_t>(-read.scale)];
+    } else {
+        value->scale = static_cast<uint32_t>(read.scale);
+        cut_zeros(value);
+    }
+    return true;
+}
+
+// A number of which something was cut off.
+bool read_plain(const bare_number &number, size_t size, decimal *value)
+{
+    if (has_avx512 ? !read_long_decimal(number.text, size, value)
+                   : size - 1 > plain_decimal_max || !read_short_decimal(any_machine(), number.text, size, value))
+        return false;
+    value->negative = number.negative;
+    return true;
+}
+
 [[gnu::noinline]] int32_t other_text_to_decimal(const char *text, size_t size, int32_t len, int32_t prec, xdec *out)
 {
     const shape room = shape_of(len, prec);
     decimal value;
-    if (has_avx512 && read_long_decimal(text, size, &value))
+    const bool has_blanks = size > 0 && (is_blank(text[0]) || is_blank(text[size - 1]));
+    if (has_avx512 && !has_blanks && read_long_decimal(text, size, &value))
         return write_rounded(value, room, out);
-    return literal_to_decimal(text, size, room, out);
+    const bare_number number = bare_number_of(text, size);
+    const size_t plain = plain_size(number);
+    if ((number.negative + plain < size && read_plain(number, plain, &value)) || read_with_exponent(number, &value))
+        return write_rounded(value, room, out);
+    return literal_to_decimal(number, room, out);
 }
 
 template <typename Machine>

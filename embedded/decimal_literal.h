@@ -3,11 +3,14 @@
 //     blanks  [+ or -]  digits with at most one point, at least one digit
 //     [e or E  [+ or -]  digits]  blanks
 //
-// Blanks are the bytes 9 to 13 and 32.
+// Blanks are the bytes 9 to 13 and 32. A bare number has neither blanks nor the first sign.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+
+#include "embedded/bare_number.h"
+#include "embedded/powers_of_ten.h"
 
 namespace embedded {
 
@@ -21,13 +24,18 @@ struct decimal_literal {
 
     size_t digit_count() const { return whole_count + fraction_count; }
     char digit(size_t i) const { return i < whole_count ? whole[i] : fraction[i - whole_count]; }
+
+    // From the digit i to the next that is not 0; digit_count() where none is.
+    size_t behind_zeros(size_t i) const;
+
+    // The value of count digits from the first on, with zeros behind the last: below 10^38.
+    uint128 value(size_t first, size_t count) const;
 };
 
 // More than all the digits that a text can hold can shift back.
 inline constexpr int64_t exponent_max = int64_t{1} << 40;
 
-// False when the text is no number; the literal is not to be used then. Its
-// pointers are into the text.
-bool read_decimal_literal(const char *text, size_t size, decimal_literal *literal);
+// False when it is no number; the literal is not to be used then. Its pointers are into the text.
+bool read_decimal_literal(const bare_number &number, decimal_literal *literal);
 
 } // namespace embedded

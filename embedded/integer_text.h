@@ -26,10 +26,10 @@ template <typename Machine>
 // The part of a number before its point, and what stands behind it.
 struct integer_part {
     bool negative;
-    bool fits; // it is below 10^19; otherwise negative alone is to be read
+    bool fits; // its magnitude in 64 bits; otherwise negative alone is to be read
     uint64_t magnitude;
-    char next_digit; // the first behind the point
-    bool is_whole;   // all behind the point are 0
+    bool rounds_up; // the first digit behind the point is 5 or more
+    bool is_whole;  // all behind the point are 0
 };
 
 // Of any text; false when it is no number.

@@ -2,6 +2,8 @@
 
 #include <bcast/codes.h>
 
+#include <cstdlib>
+
 #include "embedded/digits.h"
 #include "embedded/integer_text.h"
 
@@ -17,8 +19,7 @@ namespace {
     integer_part part;
     if (!read_integer_part(text, length, &part))
         return ERR_BAD_CONVERSION;
-    const bool up = part.next_digit >= '5';
-    return part.fits && give_int64(part.negative, part.magnitude + up, result) ? 0 : ERR_OVERFLOW;
+    return part.fits && give_int64(part.negative, part.magnitude + part.rounds_up, result) ? 0 : ERR_OVERFLOW;
 }
 
 template <typename Machine>
@@ -36,17 +37,15 @@ BCAST_AVX512 int32_t text_to_int64_avx512(const char *text, int32_t length, int6
 
 // ---- int32 to text ---------------------------------------------------------
 
-// Writes count digits at to, and may write up to 8 bytes.
-void write_digits(char *to, uint32_t value, size_t count)
+template <typename Digits>
+[[gnu::always_inline]] inline void write_integer(uint64_t magnitude, bool negative, size_t count, char *to)
 {
-    if (count <= 8) {
-        store(to, (eight_digits(value) | eight_zeros) >> 8 * (8 - count));
-        return;
-    }
-    const uint32_t head = value / 100000000, tail = value % 100000000;
-    const uint32_t two = head / 10 | (head % 10) << 8 | 0x3030;
-    store(to, static_cast<uint16_t>(two >> 8 * (10 - count)));
-    store(to + count - 8, eight_digits(tail) | eight_zeros);
+    Digits(magnitude).write_integer(negative, count, to);
+}
+
+BCAST_AVX512 void write_integer_avx512(uint64_t magnitude, bool negative, size_t count, char *to)
+{
+    write_integer<avx512_digits>(magnitude, negative, count, to);
 }
 
 } // namespace
@@ -62,12 +61,13 @@ int32_t str2int64(const char *text, int32_t length, int64_t *result)
 
 int32_t str_from_int(int32_t value, int32_t limit, char *buffer, int32_t *out_len)
 {
-    // Signs are as good as random: no branch on them.
-    const uint32_t negative = static_cast<uint32_t>(value) >> 31;
-    const uint32_t magnitude = (static_cast<uint32_t>(value) ^ (0 - negative)) + negative;
-    const size_t count = embedded::digit_count(magnitude);
-    *buffer = '-';
-    embedded::write_digits(buffer + negative, magnitude, count);
+    const bool negative = value < 0;
+    const uint64_t magnitude = static_cast<uint64_t>(std::abs(int64_t{value}));
+    const uint32_t count = digit_count(magnitude);
+    if (embedded::has_avx512)
+        embedded::write_integer_avx512(magnitude, negative, count, buffer);
+    else
+        embedded::write_integer<embedded::any_digits>(magnitude, negative, count, buffer);
     *out_len = static_cast<int32_t>(count + negative);
     return *out_len > limit ? ERR_TARGET_TOO_SHORT : 0;
 }

@@ -6,12 +6,15 @@
 
 #include <bcast/codes.h>
 
+#include "embedded/bare_number.h"
 #include "embedded/integer_text.h"
 #include "embedded/powers_of_ten.h"
 
 namespace embedded {
 
 namespace {
+
+constexpr uint64_t exact_max = uint64_t{1} << 53;
 
 // Exact, and behind them the same with a minus.
 constexpr auto powers_by_sign = [] {
@@ -23,15 +26,14 @@ constexpr auto powers_by_sign = [] {
     return powers;
 }();
 
-// Any literal. std::from_chars knows neither blanks nor a plus; it stops at the
-// blanks behind, and reads 5. and .5 as the grammar does.
-[[gnu::noinline]] int32_t literal_to_double(const char *text, size_t size, double *result)
+// Any literal. std::from_chars reads 5. and .5 as the grammar does.
+int32_t literal_to_double(const bare_number &number, double *result)
 {
     decimal_literal literal;
-    if (!read_decimal_literal(text, size, &literal))
+    if (!read_decimal_literal(number, &literal))
         return ERR_BAD_CONVERSION;
     double magnitude = 0; // stays so where the number is too close to 0
-    const auto read = std::from_chars(literal.whole, text + size, magnitude);
+    const auto read = std::from_chars(number.text, number.text + number.size, magnitude);
     // Too close to 0 is out of range as well.
     if (read.ec != std::errc() && !integer_part_of(literal).fits)
         return ERR_OVERFLOW;
@@ -39,35 +41,45 @@ constexpr auto powers_by_sign = [] {
     return 0;
 }
 
-// Most longer texts are as std::from_chars takes them. What it takes of them to
-// their end is a literal of the grammar, or infinity or NaN.
-[[gnu::noinline]] int32_t long_text_to_double(const char *text, size_t size, double *result)
+// Both the mantissa and the power are exact doubles, so the one division rounds as the number itself would. The sign
+// goes through the power, for 0 as well: signs are as good as random, and this takes no branch.
+double exact_quotient(uint64_t mantissa, bool negative, size_t behind_point)
 {
-    double value = 0;
-    const auto read = std::from_chars(text, text + size, value);
-    if (read.ec != std::errc() || read.ptr != text + size || !std::isfinite(value))
-        return literal_to_double(text, size, result);
-    *result = value;
+    return static_cast<double>(static_cast<int64_t>(mantissa)) / powers_by_sign[negative][behind_point];
+}
+
+// What std::from_chars takes of a bare number to its end is a literal of the grammar, or infinity or NaN.
+[[gnu::noinline]] int32_t other_text_to_double(const char *text, size_t size, double *result)
+{
+    const bare_number number = bare_number_of(text, size);
+    const size_t plain = plain_size(number);
+    short_number value;
+    if (number.negative + plain < size && read_short(number.text, plain, &value) && value.digits <= exact_max) {
+        *result = exact_quotient(value.digits, number.negative, static_cast<size_t>(value.scale));
+        return 0;
+    }
+    double magnitude = 0;
+    const char *end = number.text + number.size;
+    const auto read = std::from_chars(number.text, end, magnitude);
+    if (read.ec != std::errc() || read.ptr != end || !std::isfinite(magnitude))
+        return literal_to_double(number, result);
+    *result = number.negative ? -magnitude : magnitude;
     return 0;
 }
 
-// A few digits with at most one point. Both the mantissa and the power are exact
-// doubles, so the one division rounds as the number itself would.
+// A few digits with at most one point.
 template <typename Machine>
 [[gnu::always_inline]] inline int32_t text_to_double(const char *text, size_t length, double *result)
 {
-    constexpr uint64_t exact_max = uint64_t{1} << 53;
-
     // The minus is one more; a length of 0 counts as a large one.
     if (length - 1 > plain_decimal_max)
-        return long_text_to_double(text, length, result);
+        return other_text_to_double(text, length, result);
     const size_t negative = text[0] == '-';
     uint64_t mantissa;
     size_t behind_point;
     if (!Machine::read_decimal(text + negative, length - negative, &mantissa, &behind_point) || mantissa > exact_max)
-        return long_text_to_double(text, length, result);
-    // The sign goes through the power, for 0 as well: signs are as good as random, and this takes no branch.
-    *result = static_cast<double>(static_cast<int64_t>(mantissa)) / powers_by_sign[negative][behind_point];
+        return other_text_to_double(text, length, result);
+    *result = exact_quotient(mantissa, negative, behind_point);
     return 0;
 }
 

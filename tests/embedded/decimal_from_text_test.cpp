@@ -1,4 +1,5 @@
 #include "tests/embedded/decimal_support.h"
+#include "tests/embedded/filled_number_text.h"
 
 #include <embedded/plain_decimal.h>
 
@@ -477,6 +478,35 @@ TEST(decimal_from_text, agrees_with_the_slow_reading_beside_inaccessible_pages)
         ASSERT_EQ(read_guarded(text, s.len, s.prec), expected(slow_from_text(text, s.len, s.prec)))
             << "\"" << text << "\" in (" << s.len << "," << s.prec << ")";
     }
+}
+
+// ---- Filled texts --------------------------------------------------------------
+
+TEST(decimal_from_text, blanks_and_zeros_of_every_count_around_a_number_change_nothing_but_their_reader)
+{
+    for (const std::string &text : filled_number_texts()) {
+        for (const shape_pair s : {shape_pair{0, 0}, {18, 4}, {38, 20}})
+            ASSERT_EQ(read_guarded(text, s.len, s.prec), expected(slow_from_text(text, s.len, s.prec)))
+                << "\"" << text << "\" in (" << s.len << "," << s.prec << ")";
+    }
+}
+
+TEST(decimal_from_text, agrees_with_the_slow_reading_on_random_filled_texts)
+{
+    random_filled_text next;
+    random_texts shapes_of(20260105);
+    size_t values = 0, overflows = 0, bads = 0;
+    for (int i = 0; i < 300000; i++) {
+        const std::string text = next();
+        const shape_pair s = shapes_of.shape();
+        const made right = expected(slow_from_text(text, s.len, s.prec));
+        ASSERT_EQ(from_text(text, s.len, s.prec), right) << "\"" << text << "\" in (" << s.len << "," << s.prec << ")";
+        (right.status == 0 ? values : right == overflow ? overflows : bads)++;
+    }
+    // The texts are worth something only while they come out in all three ways.
+    EXPECT_GT(values, 50000u);
+    EXPECT_GT(overflows, 50000u);
+    EXPECT_GT(bads, 10000u);
 }
 
 // ---- Each kind of machine ------------------------------------------------------

@@ -1,3 +1,4 @@
+#include "tests/embedded/filled_number_text.h"
 #include "tests/support/guarded.h"
 #include "tests/support/random_number_text.h"
 #include "tests/support/slow_number.h"
@@ -346,6 +347,29 @@ TEST(str2int64_directly, what_stands_behind_the_length_does_not_count)
     const std::string text = "1234567890.12345678901";
     for (size_t size = 0; size <= text.size(); size++)
         EXPECT_EQ(read_at(text.data(), size), slow_str2int64_directly(text.substr(0, size))) << size;
+}
+
+// ---- Filled texts --------------------------------------------------------------
+
+TEST(str2int64_directly, blanks_and_zeros_of_every_count_around_a_number_change_nothing_but_their_reader)
+{
+    for (const std::string &text : filled_number_texts())
+        ASSERT_EQ(read(text), slow_str2int64_directly(text)) << "\"" << text << "\"";
+}
+
+TEST(str2int64_directly, agrees_with_the_slow_reading_on_random_filled_texts)
+{
+    random_filled_text next;
+    size_t numbers = 0, bads = 0;
+    for (int i = 0; i < 300000; i++) {
+        const std::string text = next();
+        const auto expected = slow_str2int64_directly(text);
+        ASSERT_EQ(read_plain(text), expected) << "\"" << text << "\"";
+        (expected == bad ? bads : numbers)++;
+    }
+    // The texts are worth something only while they come out in both ways.
+    EXPECT_GT(numbers, 200000u);
+    EXPECT_GT(bads, 10000u);
 }
 
 // ---- Against the slow reading ----------------------------------------------------------
