@@ -18,7 +18,10 @@ namespace bench {
 // cannot learn where the nulls are.
 constexpr uint32_t pool_rows = 65536;
 
-enum class selection { none, sorted_half, random_half };
+// Half of the rows in ascending order, in runs of 64 adjacent ones or in any order; as many rows drawn at random, some
+// more than once; or all rows, the last one first.
+enum class selection { none, sorted_half, clustered_half, random_half, random_repeats, reversed };
+const char *name_of(selection sel);
 
 // One series of measurements. `what` is a cast's name; `variant` is "cast" or what it is measured beside.
 struct series {
@@ -27,10 +30,13 @@ struct series {
     int null_percent;
     selection sel;
     bool unfit_nulls; // null slots hold values that the cast would refuse
+    // A point of a curve, "kind:x": "batch:16" (rows), "text:319" (bytes), "nulls:30" (%), "selection:sorted"; or
+    // empty.
+    std::string growth = {};
 
     std::string name(const char *variant) const;
     // Rows that one batch gives.
-    uint32_t rows() const { return sel == selection::none ? batch_rows : batch_rows / 2; }
+    uint32_t rows() const { return sel == selection::none || sel == selection::reversed ? batch_rows : batch_rows / 2; }
     uint32_t batches() const { return pool_rows / batch_rows; }
 };
 
@@ -43,9 +49,16 @@ std::vector<series> dense_series(const std::string &what);
 std::vector<uint8_t> make_flags(int null_percent);
 std::vector<uint16_t> make_selection(const series &s);
 
-// Registers a variant of a series. `make` builds its pool and gives the pass over it: every batch once.
+// Registers a variant of a series. `make` builds its pool and gives the pass over it: every batch once, or so many
+// times.
 using pass = std::function<void()>;
-void add(const series &s, const char *variant, std::function<pass()> make);
+void add(const series &s, const char *variant, std::function<pass()> make, uint32_t times = 1);
+
+// The source values of a cast as text, by the cast's name, for an engine that is measured beside it. The first
+// offer counts.
+using text_values = std::function<std::vector<std::string>()>;
+void offer_values(const std::string &what, text_values make);
+const text_values *offered_values(const std::string &what); // null: there are none
 
 // A column over arrays of the benchmark's own.
 struct column {

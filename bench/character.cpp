@@ -2,7 +2,6 @@
 
 #include "bench/with_services.h"
 
-#include "services/column.h"
 #include "services/decimal.h"
 #include "services/numeric.h"
 #include "services/text.h"
@@ -53,17 +52,32 @@ source<bdta3_str> three_by_three()
     });
 }
 
-void read_double(const bdta3_str &from, const bare_row &)
+template <class Element, int32_t (*is_overflow)(double)>
+auto read_doubles(rows_that_fail expected = rows_that_fail::none)
 {
-    double value;
-    benchmark::DoNotOptimize(utl_digit_from_char(from.text, uint16_t(from.length), &value));
-    benchmark::DoNotOptimize(ntype_is_double_overflow(value));
+    return [expected](const batch &b) {
+        auto *to = target_elements<Element>(b);
+        double value = 0;
+        int32_t results = 0;
+        each_present<bdta3_str>(b, [&](const bdta3_str &from, int32_t row) {
+            results |= utl_digit_from_char(from.text, uint16_t(from.length), &value);
+            results |= is_overflow(value);
+            to[row] = Element(value);
+        });
+        look_at(results, expected);
+    };
 }
 
-void read_decimal(const bdta3_str &from, const bare_row &to)
+auto read_decimals(rows_that_fail expected = rows_that_fail::none)
 {
-    xdec *values = static_cast<xdec *>(to.dst->data->values);
-    benchmark::DoNotOptimize(xdec_from_char_with_len_prec(from.text, uint16_t(from.length), 18, 4, values + to.row));
+    return [expected](const batch &b) {
+        auto *to = target_elements<xdec>(b);
+        int32_t results = 0;
+        each_present<bdta3_str>(b, [&](const bdta3_str &from, int32_t row) {
+            results |= xdec_from_char_with_len_prec(from.text, uint16_t(from.length), 18, 4, to + row);
+        });
+        look_at(results, expected);
+    };
 }
 
 source<bdta3_str> plain_texts()
@@ -76,56 +90,51 @@ source<bdta3_str> plain_texts()
     });
 }
 
-// What the casts between texts do for a text that fits.
-void store_text(const bdta3_str &from, const bare_row &to)
+// What the casts between texts do for a text that fits. The element's lengths go in ahead of the call, so that the loop
+// need not keep them over it.
+void store_text(const batch &b, int32_t row, const char *text, int32_t len)
 {
-    auto *copy = static_cast<char *>(bdta3_col_space_alloc(nullptr, to.heap, to.dst->data, from.length));
-    std::memcpy(copy, from.text, size_t(from.length));
-    static_cast<bdta3_str *>(to.dst->data->values)[to.row] = {from.length, 0, copy};
+    bdta3_str &to = target_elements<bdta3_str>(b)[row];
+    to.length = len;
+    to.pad_len = 0;
+    to.text = static_cast<char *>(bdta3_col_space_alloc(nullptr, b.heap, b.dst->data, len));
+    std::memcpy(to.text, text, size_t(len));
 }
 
-void cut_text(const bdta3_str &from, const bare_row &to)
+void store_texts(const batch &b)
 {
-    bdta3_str kept = from;
-    if (from.length > 12) {
-        uint32_t chars, bytes;
-        vq_get_valid_chars(from.text, 12, 10, &chars, &bytes);
-        kept.length = int32_t(bytes);
-    }
-    store_text(kept, to);
+    each_present<bdta3_str>(b, [&](const bdta3_str &from, int32_t row) { store_text(b, row, from.text, from.length); });
+}
+
+void cut_texts(const batch &b)
+{
+    each_present<bdta3_str>(b, [&](const bdta3_str &from, int32_t row) {
+        uint32_t chars, bytes = uint32_t(from.length);
+        if (from.length > 12)
+            vq_get_valid_chars(from.text, 12, 10, &chars, &bytes);
+        store_text(b, row, from.text, int32_t(bytes));
+    });
+}
+
+source<bdta3_str> locators()
+{
+    return texts(32, [](uint32_t r, char *text) { return std::snprintf(text, 32, "DOCS:part%u/file.pdf", r); });
 }
 
 const bool added = [] {
-    add_beside_bare(
-        "varchar_to_double, 123.456", BCAST_DOUBLE, three_by_three,
-        [](const batch &b) {
-            must_succeed(bcast_varchar_to_double(nullptr, b.heap, b.src, b.dst, b.rows, nullptr, nullptr));
-        },
-        read_double);
-    add_beside_bare(
-        "varchar_to_double", BCAST_DOUBLE, number_texts(8, 6),
-        [](const batch &b) {
-            must_succeed(bcast_varchar_to_double(nullptr, b.heap, b.src, b.dst, b.rows, nullptr, nullptr));
-        },
-        read_double);
-    add_beside_bare(
-        "varchar_to_double, 1 % bad", BCAST_DOUBLE, number_texts(8, 6, 100),
-        [](const batch &b) {
-            bcast_varchar_to_double(nullptr, b.heap, b.src, b.dst, b.rows, b.err_codes, b.err_count);
-        },
-        read_double);
-    add_beside_bare(
-        "varchar_to_dec(18,4)", BCAST_DEC, number_texts(13, 4),
-        [](const batch &b) {
-            must_succeed(bcast_varchar_to_dec(nullptr, b.heap, b.src, dec_18_4, b.dst, b.rows, nullptr, nullptr));
-        },
-        read_decimal);
-    add_beside_bare(
-        "varchar_to_dec(18,4), 1 % bad", BCAST_DEC, number_texts(13, 4, 100),
-        [](const batch &b) {
-            bcast_varchar_to_dec(nullptr, b.heap, b.src, dec_18_4, b.dst, b.rows, b.err_codes, b.err_count);
-        },
-        read_decimal);
+    add_beside_bare("varchar_to_double, 123.456", BCAST_DOUBLE, three_by_three, stopping(bcast_varchar_to_double),
+                    read_doubles<double, ntype_is_double_overflow>());
+    add_beside_bare("varchar_to_double", BCAST_DOUBLE, number_texts(8, 6), stopping(bcast_varchar_to_double),
+                    read_doubles<double, ntype_is_double_overflow>());
+    add_beside_bare("varchar_to_double, 1 % bad", BCAST_DOUBLE, number_texts(8, 6, 100),
+                    capturing(bcast_varchar_to_double),
+                    read_doubles<double, ntype_is_double_overflow>(rows_that_fail::some));
+    add_beside_bare("varchar_to_float", BCAST_FLOAT, number_texts(8, 6), stopping(bcast_varchar_to_float),
+                    read_doubles<float, ntype_is_float_overflow>());
+    add_beside_bare("varchar_to_dec(18,4)", BCAST_DEC, number_texts(13, 4), stopping(bcast_varchar_to_dec, dec_18_4),
+                    read_decimals());
+    add_beside_bare("varchar_to_dec(18,4), 1 % bad", BCAST_DEC, number_texts(13, 4, 100),
+                    capturing(bcast_varchar_to_dec, dec_18_4), read_decimals(rows_that_fail::some));
     // No service: beside a look at each byte.
     add_beside_bare(
         "varchar_to_bit", BCAST_BIT,
@@ -134,28 +143,33 @@ const bool added = [] {
                 return digits(random, text, 1 + random() % 3) - text;
             });
         },
+        stopping(bcast_varchar_to_bit),
         [](const batch &b) {
-            must_succeed(bcast_varchar_to_bit(nullptr, b.heap, b.src, b.dst, b.rows, nullptr, nullptr));
-        },
-        [](const bdta3_str &from, const bare_row &to) {
-            int32_t bit = 0;
-            for (int32_t k = 0; k < from.length; k++)
-                bit |= from.text[k] != '0';
-            static_cast<int32_t *>(to.dst->data->values)[to.row] = bit;
+            auto *to = target_elements<int32_t>(b);
+            each_present<bdta3_str>(b, [&](const bdta3_str &from, int32_t row) {
+                int32_t bit = 0;
+                for (int32_t k = 0; k < from.length; k++)
+                    bit |= from.text[k] != '0';
+                to[row] = bit;
+            });
         });
 
-    add_beside_bare(
-        "varchar_to_varchar", BCAST_VARCHAR, plain_texts,
-        [](const batch &b) {
-            must_succeed(bcast_varchar_to_varchar(nullptr, b.heap, b.src, 32, b.dst, b.rows, nullptr, nullptr));
-        },
-        store_text);
-    add_beside_bare(
-        "varchar_to_varchar_explicit, half cut", BCAST_VARCHAR, plain_texts,
-        [](const batch &b) {
-            must_succeed(bcast_varchar_to_varchar_explicit(nullptr, b.heap, b.src, 12, b.dst, b.rows));
-        },
-        cut_text);
+    add_beside_bare("varchar_to_varchar", BCAST_VARCHAR, plain_texts, stopping(bcast_varchar_to_varchar, 32),
+                    store_texts);
+    add_beside_bare("varchar_to_varchar_explicit, half cut", BCAST_VARCHAR, plain_texts,
+                    stopping(bcast_varchar_to_varchar_explicit, 12), cut_texts);
+    add_beside_bare("varchar_to_char_explicit, half cut, half filled", BCAST_CHAR, plain_texts,
+                    stopping(bcast_varchar_to_char_explicit, 12), cut_texts);
+    add_beside_bare("varchar_to_bfile", BCAST_BFILE, locators, stopping(bcast_varchar_to_bfile, 32),
+                    [](const batch &b) {
+                        each_present<bdta3_str>(b, [&](const bdta3_str &from, int32_t row) {
+                            auto len = uint32_t(from.length);
+                            int32_t is_null;
+                            if (utl_is_valid_bfile_str(from.text, &len, &is_null) == 0)
+                                give_up(ERR_BAD_BFILE);
+                            store_text(b, row, from.text, int32_t(len));
+                        });
+                    });
     return true;
 }();
 

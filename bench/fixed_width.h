@@ -1,6 +1,7 @@
 // Casts between fixed-width elements that call no service, beside memcpy of the same bytes and the plain loop.
 #pragma once
 
+#include "bench/as_text.h"
 #include "bench/bench.h"
 
 #include <algorithm>
@@ -65,14 +66,18 @@ template <class From, class To> struct pool {
 
     template <class Cast> void cast_all(Cast cast)
     {
-        for (uint32_t batch = 0; batch < s.batches(); batch++) {
-            const size_t first = size_t(batch) * s.batch_rows;
-            column src(&from[first], &from_flags[first], sel.empty() ? nullptr : &sel[batch * s.rows()],
-                       s.null_percent == 0);
-            column dst(&to[first], &to_flags[first], nullptr, false);
-            const int32_t status = cast(&src.col, &dst.col, uint16_t(s.rows()));
-            if (status != 0)
+        const uint32_t batches = s.batches(), rows = s.rows();
+        column src(from.data(), from_flags.data(), sel.empty() ? nullptr : sel.data(), s.null_percent == 0);
+        column dst(to.data(), to_flags.data(), nullptr, false);
+        for (uint32_t batch = 0; batch < batches; batch++) {
+            if (cast(&src.col, &dst.col, uint16_t(rows)) != 0)
                 std::abort();
+            src.data.values = static_cast<From *>(src.data.values) + s.batch_rows;
+            src.data.flags += s.batch_rows;
+            if (src.col.sel)
+                src.col.sel += rows;
+            dst.data.values = static_cast<To *>(dst.data.values) + s.batch_rows;
+            dst.data.flags += s.batch_rows;
         }
         benchmark::ClobberMemory();
     }
@@ -91,6 +96,7 @@ template <class From, class To> struct pool {
 template <class From, class To, class Plain>
 void add_beside_plain(const char *what, bcast_plain_fn *cast, From fits, From unfit, Plain plain)
 {
+    offer_values(what, [=] { return as_texts(pool<From, To>(dense_series(what)[0], fits, unfit).from); });
     for (const series &s : all_series(what, unfit != 0)) {
         const auto make = [=] { return std::make_shared<pool<From, To>>(s, fits, unfit); };
         add(s, "cast", [=] {

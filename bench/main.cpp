@@ -1,15 +1,16 @@
-// Runs the benchmarks and prints, for each series, what a row costs beside its references: the quickest of all
-// repetitions of each, all taken in one run.
+// Runs the benchmarks:
+//     bcast_bench [--csv=FILE] [--duckdb=LIBDUCKDB.SO] [options of Google Benchmark]
 
 #include "bench/bench.h"
+#include "bench/duckdb.h"
+#include "bench/results.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <map>
+#include <cstdlib>
+#include <numeric>
 
 namespace bench {
-
-namespace {
 
 const char *name_of(selection sel)
 {
@@ -18,62 +19,23 @@ const char *name_of(selection sel)
         return "none";
     case selection::sorted_half:
         return "sorted";
+    case selection::clustered_half:
+        return "clustered";
     case selection::random_half:
         return "random";
+    case selection::random_repeats:
+        return "repeats";
+    case selection::reversed:
+        return "reversed";
     }
     return "";
 }
 
-// Gathers the runs of all variants of a series and prints them as one line.
-class table : public benchmark::BenchmarkReporter {
-public:
-    bool ReportContext(const Context &) override { return true; }
-
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        for (const Run &run : runs) {
-            if (run.error_occurred || run.run_type != Run::RT_Iteration)
-                continue;
-            const std::string name = run.run_name.function_name;
-            const size_t slash = name.rfind('/');
-            const std::string line = name.substr(0, slash), variant = name.substr(slash + 1);
-            if (!rows.contains(line))
-                order.push_back(line);
-            const double ns = run.cpu_accumulated_time * 1e9 / double(run.iterations) / run.counters.at("rows").value;
-            double &best = rows[line].try_emplace(variant, ns).first->second;
-            best = std::min(best, ns);
-        }
-    }
-
-    void Finalize() override
-    {
-        std::printf("%-66s %8s   beside (ns per row, and the cast's ratio to it)\n", "series", "ns/row");
-        for (const std::string &line : order) {
-            const auto &variants = rows[line];
-            const auto cast = variants.find("cast");
-            std::printf("%-66s %8.3f", line.c_str(), cast == variants.end() ? 0.0 : cast->second);
-            for (const auto &[variant, ns] : variants) {
-                if (variant == "cast")
-                    continue;
-                std::printf("   %s %.3f", variant.c_str(), ns);
-                if (cast != variants.end())
-                    std::printf(" (%.2f)", cast->second / ns);
-            }
-            std::printf("\n");
-        }
-    }
-
-private:
-    std::vector<std::string> order;
-    std::map<std::string, std::map<std::string, double>> rows;
-};
-
-} // namespace
-
 std::string series::name(const char *variant) const
 {
     return what + "/rows:" + std::to_string(batch_rows) + "/nulls:" + std::to_string(null_percent) +
-           (unfit_nulls ? "u" : "") + "/sel:" + name_of(sel) + "/" + variant;
+           (unfit_nulls ? "u" : "") + "/sel:" + name_of(sel) + (growth.empty() ? "" : "/growth:" + growth) + "/" +
+           variant;
 }
 
 std::vector<series> all_series(const std::string &what, bool unfit_nulls)
@@ -105,41 +67,110 @@ std::vector<uint8_t> make_flags(int null_percent)
     return flags;
 }
 
+// Orders the numbers of a batch's rows so that the first ones are the selected.
+static void select(selection sel, std::vector<uint16_t> &numbers, std::mt19937 &random)
+{
+    const auto half = numbers.begin() + ptrdiff_t(numbers.size() / 2);
+    switch (sel) {
+    case selection::none:
+        return;
+    case selection::sorted_half:
+        std::shuffle(numbers.begin(), numbers.end(), random);
+        std::sort(numbers.begin(), half);
+        return;
+    case selection::clustered_half:
+        std::stable_partition(numbers.begin(), numbers.end(), [](uint16_t r) { return r / 64 % 2 == 0; });
+        return;
+    case selection::random_half:
+        std::shuffle(numbers.begin(), numbers.end(), random);
+        return;
+    case selection::random_repeats:
+        for (uint16_t &number : numbers)
+            number = uint16_t(random() % numbers.size());
+        return;
+    case selection::reversed:
+        std::reverse(numbers.begin(), numbers.end());
+    }
+}
+
 std::vector<uint16_t> make_selection(const series &s)
 {
     std::mt19937 random(2);
     std::vector<uint16_t> all;
     std::vector<uint16_t> numbers(s.batch_rows);
     for (uint32_t batch = 0; s.sel != selection::none && batch < s.batches(); batch++) {
-        for (uint32_t r = 0; r < s.batch_rows; r++)
-            numbers[r] = uint16_t(r);
-        std::shuffle(numbers.begin(), numbers.end(), random);
-        if (s.sel == selection::sorted_half)
-            std::sort(numbers.begin(), numbers.begin() + s.rows());
+        std::iota(numbers.begin(), numbers.end(), uint16_t(0));
+        select(s.sel, numbers, random);
         all.insert(all.end(), numbers.begin(), numbers.begin() + s.rows());
     }
     return all;
 }
 
-void add(const series &s, const char *variant, std::function<pass()> make)
+std::map<std::string, series> &all_added()
 {
-    const double rows = double(s.rows()) * s.batches();
-    benchmark::RegisterBenchmark(s.name(variant).c_str(), [make = std::move(make), rows](benchmark::State &state) {
-        const pass once = make();
-        once();
+    static std::map<std::string, series> added;
+    return added;
+}
+
+void add(const series &s, const char *variant, std::function<pass()> make, uint32_t times)
+{
+    const double rows = double(s.rows()) * s.batches() * times;
+    const std::string name = s.name(variant);
+    if (!all_added().emplace(name, s).second) {
+        std::fprintf(stderr, "bcast_bench: two benchmarks have the name %s\n", name.c_str());
+        std::exit(2);
+    }
+    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State &state) {
+        static std::pair<std::string, pass> made; // a pool serves all repetitions, which follow one another
+        if (made.first != name) {
+            made = {};
+            made = {name, make()};
+            made.second();
+        }
         for (auto _ : state)
-            once();
+            made.second();
         state.counters["rows"] = rows;
     });
 }
 
+static std::map<std::string, text_values> &all_offered()
+{
+    static std::map<std::string, text_values> offered;
+    return offered;
+}
+
+void offer_values(const std::string &what, text_values make) { all_offered().emplace(what, std::move(make)); }
+
+const text_values *offered_values(const std::string &what)
+{
+    const auto found = all_offered().find(what);
+    return found == all_offered().end() ? nullptr : &found->second;
+}
+
 } // namespace bench
 
-int main(int argc, char **argv)
+// The value of the argument --NAME=VALUE, which is taken away; empty if there is none.
+static std::string take_argument(const std::string &name, int &argc, char **argv)
 {
+    const std::string start = "--" + name + "=";
+    std::string value;
+    const auto end = std::remove_if(argv + 1, argv + argc, [&](const char *argument) {
+        const bool found = std::string(argument).starts_with(start);
+        if (found)
+            value = argument + start.size();
+        return found;
+    });
+    argc = int(end - argv);
+    return value;
+}
+
+[[gnu::visibility("default")]] int bench_main(int argc, char **argv)
+{
+    const std::string csv = take_argument("csv", argc, argv), duckdb = take_argument("duckdb", argc, argv);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;
-    bench::table table;
-    benchmark::RunSpecifiedBenchmarks(&table);
+    const std::string duckdb_version = duckdb.empty() ? "none" : bench::add_duckdb(duckdb);
+    bench::results results(csv, duckdb_version);
+    return benchmark::RunSpecifiedBenchmarks(&results) == 0 ? 2 : 0;
 }

@@ -2,7 +2,6 @@
 
 #include "bench/with_services.h"
 
-#include "services/column.h"
 #include "services/decimal.h"
 #include "services/numeric.h"
 
@@ -34,98 +33,163 @@ auto doubles()
     return numbers([random = std::mt19937_64(14)](uint32_t) mutable { return double(int64_t(random()) >> 24) / 1024; });
 }
 
-template <class T> T *element(const bare_row &to) { return static_cast<T *>(to.dst->data->values) + to.row; }
+// Whole numbers of the size of an int.
+auto whole_doubles()
+{
+    return numbers([random = std::mt19937(17)](uint32_t) mutable { return double(int32_t(random())); });
+}
+
+auto floats()
+{
+    return numbers([random = std::mt19937(15)](uint32_t) mutable { return float(int32_t(random())); });
+}
+
+// `convert(value, element)` makes the target's element of a present row's value.
+template <class From, class To, class Convert> auto convert_each(Convert convert)
+{
+    return [convert](const batch &b) {
+        To *to = target_elements<To>(b);
+        each_present<From>(b, [&](const From &value, int32_t row) { convert(value, to[row]); });
+    };
+}
+
+// `write(value, text)` writes the text of a present row's value, which has room for 504 bytes, and gives its length.
+template <class From, class Write> auto write_each(Write write)
+{
+    return [write](const batch &b) {
+        each_present<From>(b, [&](const From &value, int32_t row) {
+            char text[504];
+            const int32_t len = write(value, text);
+            bdta3_col_assign_str(nullptr, b.heap, b.dst, row, text, len, 0);
+        });
+    };
+}
+
+template <class From, class Write> auto write_each_large_object(Write write)
+{
+    return [write](const batch &b) {
+        large_object object;
+        each_present<From>(b, [&](const From &value, int32_t row) {
+            char text[504];
+            const int32_t len = write(value, text);
+            object.store(b, row, text, len);
+            object.clear(b);
+        });
+    };
+}
+
+constexpr auto write_double = [](double value, char *text) {
+    must_succeed(ntype_is_double_overflow(value));
+    return vq_dou2char(BCAST_WAS_DOUBLE, value, text);
+};
+
+constexpr auto write_float = [](float value, char *text) { return vq_dou2char(BCAST_WAS_FLOAT, value, text); };
+
+// In a shape, or in none.
+template <uint16_t shape_len, int32_t prec>
+constexpr auto write_decimal = [](const xdec &value, char *text) {
+    int32_t len;
+    must_succeed(xdec_to_char_with_zero(&value, text, 400, shape_len, prec, &len));
+    return len;
+};
+
+constexpr auto to_int64 = [](double value) {
+    int64_t whole;
+    must_succeed(dou2int64(value, &whole));
+    return whole;
+};
+
+constexpr auto to_int = [](double value, int32_t &to) { to = int32_t(to_int64(value)); };
 
 const bool added = [] {
+    add_beside_bare("int64_to_dec", BCAST_DEC, int64_values, stopping(bcast_int64_to_dec, 18 << 8),
+                    convert_each<int64_t, xdec>([](int64_t value, xdec &to) {
+                        must_succeed(xdec_from_int64_with_len_prec(value, 18, 0, &to));
+                    }));
     add_beside_bare(
-        "int64_to_dec", BCAST_DEC, int64_values,
-        [](const batch &b) { must_succeed(bcast_int64_to_dec(nullptr, b.heap, b.src, 18 << 8, b.dst, b.rows)); },
-        [](int64_t value, const bare_row &to) {
-            must_succeed(xdec_from_int64_with_len_prec(value, 18, 0, element<xdec>(to)));
-        });
+        "int_to_dec", BCAST_DEC,
+        [] { return numbers([random = std::mt19937(18)](uint32_t) mutable { return int32_t(random()); }); },
+        stopping(bcast_int_to_dec, dec_18_4), convert_each<int32_t, xdec>([](int32_t value, xdec &to) {
+            must_succeed(xdec_from_int64_with_len_prec(value, 18, 4, &to));
+        }));
+    add_beside_bare("dec_to_dec", BCAST_DEC, decimals, stopping(bcast_dec_to_dec, 20 << 8 | 2),
+                    convert_each<xdec, xdec>([](const xdec &value, xdec &to) {
+                        must_succeed(xdec_from_xdec_with_len_prec(&value, 20, 2, &to));
+                    }));
     add_beside_bare(
-        "dec_to_dec", BCAST_DEC, decimals,
-        [](const batch &b) { must_succeed(bcast_dec_to_dec(nullptr, b.heap, b.src, 20 << 8 | 2, b.dst, b.rows)); },
-        [](const xdec &value, const bare_row &to) {
-            must_succeed(xdec_from_xdec_with_len_prec(&value, 20, 2, element<xdec>(to)));
-        });
-    add_beside_bare(
-        "dec_to_int64", BCAST_INT64, decimals,
-        [](const batch &b) { must_succeed(bcast_dec_to_int64(nullptr, b.heap, b.src, b.dst, b.rows)); },
-        [](const xdec &value, const bare_row &to) { must_succeed(xdec_get_int64(&value, element<int64_t>(to))); });
-    add_beside_bare(
-        "dec_to_double", BCAST_DOUBLE, decimals,
-        [](const batch &b) { must_succeed(bcast_dec_to_double(nullptr, b.heap, b.src, b.dst, b.rows)); },
-        [](const xdec &value, const bare_row &to) {
-            int32_t status;
-            *element<double>(to) = xdec_get_double(&value, &status);
-            must_succeed(status);
-        });
-    add_beside_bare(
-        "dec(18,4)_to_varchar", BCAST_VARCHAR, decimals,
-        [](const batch &b) {
-            must_succeed(bcast_dec_to_varchar(nullptr, b.heap, b.src, dec_18_4 << 16 | 20, b.dst, b.rows));
-        },
-        [](const xdec &value, const bare_row &to) {
-            char text[400];
-            int32_t len;
-            must_succeed(xdec_to_char_with_zero(&value, text, sizeof text, 18, 4, &len));
-            bdta3_col_assign_str(nullptr, to.heap, to.dst, to.row, text, len, 0);
-        });
+        "dec_to_int64", BCAST_INT64, decimals, stopping(bcast_dec_to_int64),
+        convert_each<xdec, int64_t>([](const xdec &value, int64_t &to) { must_succeed(xdec_get_int64(&value, &to)); }));
+    add_beside_bare("dec_to_double", BCAST_DOUBLE, decimals, stopping(bcast_dec_to_double),
+                    convert_each<xdec, double>([](const xdec &value, double &to) {
+                        int32_t status;
+                        to = xdec_get_double(&value, &status);
+                        must_succeed(status);
+                    }));
+    add_beside_bare("dec_to_float", BCAST_FLOAT, decimals, stopping(bcast_dec_to_float),
+                    convert_each<xdec, float>([](const xdec &value, float &to) {
+                        int32_t status;
+                        const double number = xdec_get_double(&value, &status);
+                        must_succeed(status);
+                        must_succeed(ntype_is_float_overflow(number));
+                        to = float(number);
+                    }));
+    add_beside_bare("dec(18,4)_to_varchar", BCAST_VARCHAR, decimals,
+                    stopping(bcast_dec_to_varchar, dec_18_4 << 16 | 20), write_each<xdec>(write_decimal<18, 4>));
+    add_beside_bare("dec_to_text", BCAST_TEXT, decimals, stopping(bcast_dec_to_text),
+                    write_each_large_object<xdec>(write_decimal<0, 0>));
 
-    add_beside_bare(
-        "double_to_double", BCAST_DOUBLE, doubles,
-        [](const batch &b) { must_succeed(bcast_double_to_double(nullptr, b.heap, b.src, b.dst, b.rows)); },
-        [](double value, const bare_row &to) {
-            must_succeed(ntype_is_double_overflow(value));
-            *element<double>(to) = value;
-        });
-    add_beside_bare(
-        "double_to_float", BCAST_FLOAT, doubles,
-        [](const batch &b) { must_succeed(bcast_double_to_float(nullptr, b.heap, b.src, b.dst, b.rows)); },
-        [](double value, const bare_row &to) {
-            must_succeed(ntype_is_float_overflow(value));
-            *element<float>(to) = float(value);
-        });
-    add_beside_bare(
-        "double_to_int", BCAST_INT, doubles,
-        [](const batch &b) { must_succeed(bcast_double_to_int(nullptr, b.heap, b.src, b.dst, b.rows)); },
-        [](double value, const bare_row &to) {
-            int64_t whole;
-            must_succeed(dou2int64(value, &whole));
-            *element<int32_t>(to) = int32_t(whole);
-        });
-    add_beside_bare(
-        "double_to_bit", BCAST_BIT, doubles,
-        [](const batch &b) { must_succeed(bcast_double_to_bit(nullptr, b.heap, b.src, b.dst, b.rows)); },
-        [](double value, const bare_row &to) {
-            must_succeed(ntype_is_double_overflow(value));
-            *element<int32_t>(to) = value != 0;
-        });
-    add_beside_bare(
-        "double_to_dec", BCAST_DEC, doubles,
-        [](const batch &b) { must_succeed(bcast_double_to_dec(nullptr, b.heap, b.src, 20 << 8 | 4, b.dst, b.rows)); },
-        [](double value, const bare_row &to) {
-            must_succeed(ntype_is_double_overflow(value));
-            must_succeed(xdec_from_double_with_len_prec(value, 20, 4, element<xdec>(to)));
-        });
-    add_beside_bare(
-        "double_to_varchar", BCAST_VARCHAR, doubles,
-        [](const batch &b) { must_succeed(bcast_double_to_varchar(nullptr, b.heap, b.src, 32, b.dst, b.rows)); },
-        [](double value, const bare_row &to) {
-            char text[504];
-            must_succeed(ntype_is_double_overflow(value));
-            const int32_t len = vq_dou2char(BCAST_WAS_DOUBLE, value, text);
-            bdta3_col_assign_str(nullptr, to.heap, to.dst, to.row, text, len, 0);
-        });
-    add_beside_bare(
-        "float_to_int64", BCAST_INT64,
-        [] { return numbers([random = std::mt19937(15)](uint32_t) mutable { return float(int32_t(random())); }); },
-        [](const batch &b) { must_succeed(bcast_float_to_int64(nullptr, b.heap, b.src, b.dst, b.rows)); },
-        [](float value, const bare_row &to) {
-            must_succeed(ntype_is_lint64_overflow(value));
-            *element<int64_t>(to) = int64_t(value);
-        });
+    add_beside_bare("double_to_double", BCAST_DOUBLE, doubles, stopping(bcast_double_to_double),
+                    convert_each<double, double>([](double value, double &to) {
+                        must_succeed(ntype_is_double_overflow(value));
+                        to = value;
+                    }));
+    add_beside_bare("double_to_float", BCAST_FLOAT, doubles, stopping(bcast_double_to_float),
+                    convert_each<double, float>([](double value, float &to) {
+                        must_succeed(ntype_is_float_overflow(value));
+                        to = float(value);
+                    }));
+    add_beside_bare("double_to_int", BCAST_INT, doubles, stopping(bcast_double_to_int),
+                    convert_each<double, int32_t>(to_int));
+    add_beside_bare("double_to_int, whole numbers", BCAST_INT, whole_doubles, stopping(bcast_double_to_int),
+                    convert_each<double, int32_t>(to_int));
+    add_beside_bare("double_to_int64", BCAST_INT64, doubles, stopping(bcast_double_to_int64),
+                    convert_each<double, int64_t>([](double value, int64_t &to) {
+                        must_succeed(ntype_is_lint64_overflow(value));
+                        to = to_int64(value);
+                    }));
+    // Of the null rows, in each of which the cast writes an element, the bare calls know nothing.
+    add_beside_bare("double_to_boolean", BCAST_BOOLEAN, doubles, stopping(bcast_double_to_boolean),
+                    convert_each<double, int32_t>([](double value, int32_t &to) {
+                        must_succeed(ntype_is_double_overflow(value));
+                        to = value != 0;
+                    }));
+    add_beside_bare("double_to_bit", BCAST_BIT, doubles, stopping(bcast_double_to_bit),
+                    convert_each<double, int32_t>([](double value, int32_t &to) {
+                        must_succeed(ntype_is_double_overflow(value));
+                        to = value != 0;
+                    }));
+    add_beside_bare("double_to_dec", BCAST_DEC, doubles, stopping(bcast_double_to_dec, 20 << 8 | 4),
+                    convert_each<double, xdec>([](double value, xdec &to) {
+                        must_succeed(ntype_is_double_overflow(value));
+                        must_succeed(xdec_from_double_with_len_prec(value, 20, 4, &to));
+                    }));
+    add_beside_bare("double_to_varchar", BCAST_VARCHAR, doubles, stopping(bcast_double_to_varchar, 32),
+                    write_each<double>(write_double));
+    add_beside_bare("double_to_text", BCAST_TEXT, doubles, stopping(bcast_double_to_text),
+                    write_each_large_object<double>(write_double));
+    add_beside_bare("float_to_int64", BCAST_INT64, floats, stopping(bcast_float_to_int64),
+                    convert_each<float, int64_t>([](float value, int64_t &to) {
+                        must_succeed(ntype_is_lint64_overflow(value));
+                        to = int64_t(value);
+                    }));
+    add_beside_bare("float_to_dec", BCAST_DEC, floats, stopping(bcast_float_to_dec, 20 << 8 | 4),
+                    convert_each<float, xdec>([](float value, xdec &to) {
+                        must_succeed(xdec_from_double_with_len_prec(value, 20, 4, &to));
+                    }));
+    add_beside_bare("float_to_varchar", BCAST_VARCHAR, floats, stopping(bcast_float_to_varchar, 32),
+                    write_each<float>(write_float));
+    add_beside_bare("float_to_text", BCAST_TEXT, floats, stopping(bcast_float_to_text),
+                    write_each_large_object<float>(write_float));
     return true;
 }();
 
