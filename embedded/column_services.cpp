@@ -1,5 +1,6 @@
 #include <services/column.h>
 
+#include "embedded/by_machine.h"
 #include "embedded/column.h"
 #include "embedded/out_of_memory.h"
 
@@ -25,14 +26,22 @@ template <typename Machine>
     string_elements(*col->data)[row] = {len, pad, copy};
 }
 
-// With the arguments of the services, which are then where they have to be.
+// The services, for each kind of machine.
 
+void assign_str_any(void *, void *, bdta3_col *col, int32_t row, const char *text, int32_t len, int32_t pad)
+{
+    assign<any_machine>(col, row, text, len, pad);
+}
 BCAST_AVX512 void assign_str_avx512(void *, void *, bdta3_col *col, int32_t row, const char *text, int32_t len,
                                     int32_t pad)
 {
     assign<avx512_machine>(col, row, text, len, pad);
 }
 
+void assign_bin_any(void *, void *, bdta3_col *col, int32_t row, const void *bytes, int32_t len)
+{
+    assign<any_machine>(col, row, static_cast<const char *>(bytes), len, 0);
+}
 BCAST_AVX512 void assign_bin_avx512(void *, void *, bdta3_col *col, int32_t row, const void *bytes, int32_t len)
 {
     assign<avx512_machine>(col, row, static_cast<const char *>(bytes), len, 0);
@@ -127,22 +136,8 @@ bdta3_copy_row_fn *copy_row_of(bcast_type type)
 
 } // namespace embedded
 
-void bdta3_col_assign_str(void *env, void *heap, bdta3_col *col, int32_t row, const char *text, int32_t len,
-                          int32_t pad)
-{
-    using namespace embedded;
-    if (has_avx512)
-        return assign_str_avx512(env, heap, col, row, text, len, pad);
-    assign<any_machine>(col, row, text, len, pad);
-}
-
-void bdta3_col_assign_bin(void *env, void *heap, bdta3_col *col, int32_t row, const void *bytes, int32_t len)
-{
-    using namespace embedded;
-    if (has_avx512)
-        return assign_bin_avx512(env, heap, col, row, bytes, len);
-    assign<any_machine>(col, row, static_cast<const char *>(bytes), len, 0);
-}
+SERVICE_BY_MACHINE(bdta3_col_assign_str, embedded::assign_str_any, embedded::assign_str_avx512);
+SERVICE_BY_MACHINE(bdta3_col_assign_bin, embedded::assign_bin_any, embedded::assign_bin_avx512);
 
 void *bdta3_col_space_alloc(void *, void *, bdta3_col_data *coldata, int32_t size)
 {

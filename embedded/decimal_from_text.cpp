@@ -1,6 +1,7 @@
 #include <services/decimal.h>
 
 #include "embedded/bare_number.h"
+#include "embedded/by_machine.h"
 #include "embedded/decimal_literal.h"
 #include "embedded/plain_decimal.h"
 
@@ -90,24 +91,17 @@ template <typename Machine>
     return write_rounded(value, shape_of(len, prec), out);
 }
 
-BCAST_AVX512 int32_t text_to_decimal_avx512(const char *text, size_t size, int32_t len, int32_t prec, xdec *out)
-{
-    return text_to_decimal<avx512_machine>(text, size, len, prec, out);
-}
-
-// Not inlined, or what it saves on the stack is saved before the machine is known.
-[[gnu::noinline]] int32_t text_to_decimal_any(const char *text, size_t size, int32_t len, int32_t prec, xdec *out)
+int32_t text_to_decimal_any(const char *text, uint16_t size, int32_t len, int32_t prec, xdec *out)
 {
     return text_to_decimal<any_machine>(text, size, len, prec, out);
+}
+BCAST_AVX512 int32_t text_to_decimal_avx512(const char *text, uint16_t size, int32_t len, int32_t prec, xdec *out)
+{
+    return text_to_decimal<avx512_machine>(text, size, len, prec, out);
 }
 
 } // namespace
 
 } // namespace embedded
 
-int32_t xdec_from_char_with_len_prec(const char *text, uint16_t text_len, int32_t len, int32_t prec, xdec *out)
-{
-    if (embedded::has_avx512)
-        return embedded::text_to_decimal_avx512(text, text_len, len, prec, out);
-    return embedded::text_to_decimal_any(text, text_len, len, prec, out);
-}
+SERVICE_BY_MACHINE(xdec_from_char_with_len_prec, embedded::text_to_decimal_any, embedded::text_to_decimal_avx512);

@@ -2,6 +2,7 @@
 
 #include <string.h>
 
+#include "embedded/by_machine.h"
 #include "embedded/decimal.h"
 #include "embedded/digits.h"
 #include "embedded/short_text.h"
@@ -106,24 +107,35 @@ constexpr auto write_short_avx512 = write_short_any;
     return 0;
 }
 
+// `write` writes a short one.
+template <typename Write>
+[[gnu::always_inline]] inline int32_t decimal_to_text(const xdec *src, char *buf, int32_t buf_size, uint16_t len,
+                                                      int32_t prec, int32_t *out_len, Write write)
+{
+    const decimal value = read_decimal(src);
+    const uint32_t scale = has_shape(len, prec) ? static_cast<uint32_t>(std::max(prec, 0)) : value.scale;
+    const uint32_t zeros = scale - value.scale; // a large number if there are digits to be cut
+    uint64_t shown;
+    if (scale <= short_scale_max && zeros <= scale && buf_size >= short_room && is_short(value.coefficient) &&
+        !__builtin_mul_overflow(static_cast<uint64_t>(value.coefficient), powers_of_ten[zeros], &shown)) [[likely]] {
+        *out_len = write(buf, value.negative, shown, scale);
+        return 0;
+    }
+    return write_any(src, scale, buf, buf_size, out_len);
+}
+
+int32_t decimal_to_text_any(const xdec *src, char *buf, int32_t buf_size, uint16_t len, int32_t prec, int32_t *out_len)
+{
+    return decimal_to_text(src, buf, buf_size, len, prec, out_len, write_short_any);
+}
+BCAST_AVX512 int32_t decimal_to_text_avx512(const xdec *src, char *buf, int32_t buf_size, uint16_t len, int32_t prec,
+                                            int32_t *out_len)
+{
+    return decimal_to_text(src, buf, buf_size, len, prec, out_len, write_short_avx512);
+}
+
 } // namespace
 
 } // namespace embedded
 
-int32_t xdec_to_char_with_zero(const xdec *src, char *buf, int32_t buf_size, uint16_t len, int32_t prec,
-                               int32_t *out_len)
-{
-    const embedded::decimal value = embedded::read_decimal(src);
-    const uint32_t scale = embedded::has_shape(len, prec) ? static_cast<uint32_t>(std::max(prec, 0)) : value.scale;
-    const uint32_t zeros = scale - value.scale; // a large number if there are digits to be cut
-    uint64_t shown;
-    if (scale <= embedded::short_scale_max && zeros <= scale && buf_size >= embedded::short_room &&
-        embedded::is_short(value.coefficient) &&
-        !__builtin_mul_overflow(static_cast<uint64_t>(value.coefficient), embedded::powers_of_ten[zeros], &shown))
-        [[likely]] {
-        *out_len = embedded::has_avx512 ? embedded::write_short_avx512(buf, value.negative, shown, scale)
-                                        : embedded::write_short_any(buf, value.negative, shown, scale);
-        return 0;
-    }
-    return embedded::write_any(src, scale, buf, buf_size, out_len);
-}
+SERVICE_BY_MACHINE(xdec_to_char_with_zero, embedded::decimal_to_text_any, embedded::decimal_to_text_avx512);

@@ -2,6 +2,7 @@
 
 #include <bcast/codes.h>
 
+#include "embedded/by_machine.h"
 #include "embedded/integer_text.h"
 
 namespace embedded {
@@ -33,6 +34,10 @@ template <typename Machine>
     return literal_to_int64_directly(text, length, result, sign);
 }
 
+int32_t text_to_int64_directly_any(const char *text, int32_t length, int64_t *result, char *sign)
+{
+    return text_to_int64_directly<any_machine>(text, length, result, sign);
+}
 BCAST_AVX512 int32_t text_to_int64_directly_avx512(const char *text, int32_t length, int64_t *result, char *sign)
 {
     return text_to_int64_directly<avx512_machine>(text, length, result, sign);
@@ -42,9 +47,4 @@ BCAST_AVX512 int32_t text_to_int64_directly_avx512(const char *text, int32_t len
 
 } // namespace embedded
 
-int32_t str2int64_directly(const char *text, int32_t length, int64_t *result, char *sign)
-{
-    if (embedded::has_avx512)
-        return embedded::text_to_int64_directly_avx512(text, length, result, sign);
-    return embedded::text_to_int64_directly<embedded::any_machine>(text, length, result, sign);
-}
+SERVICE_BY_MACHINE(str2int64_directly, embedded::text_to_int64_directly_any, embedded::text_to_int64_directly_avx512);

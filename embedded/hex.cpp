@@ -1,4 +1,5 @@
 #include "embedded/hex.h"
+#include "embedded/by_machine.h"
 
 #include <bcast/codes.h>
 #include <services/binary.h>
@@ -23,28 +24,29 @@ template <typename Hex>
     return 0;
 }
 
+int32_t decode_any(const char *text, uint32_t text_len, nbin *out, int32_t has_prefix)
+{
+    return decode<any_hex>(text, text_len, out, has_prefix);
+}
 BCAST_AVX512 int32_t decode_avx512(const char *text, uint32_t text_len, nbin *out, int32_t has_prefix)
 {
     return decode<avx512_hex>(text, text_len, out, has_prefix);
+}
+
+int32_t encode_any(const void *bytes, uint32_t len, char *buf, int32_t)
+{
+    any_hex::encode(static_cast<const uint8_t *>(bytes), len, buf);
+    return 0;
+}
+BCAST_AVX512 int32_t encode_avx512(const void *bytes, uint32_t len, char *buf, int32_t)
+{
+    avx512_hex::encode(static_cast<const uint8_t *>(bytes), len, buf);
+    return 0;
 }
 
 } // namespace
 
 } // namespace embedded
 
-int32_t nbin_from_char_ex(const char *text, uint32_t text_len, nbin *out, int32_t has_prefix)
-{
-    if (embedded::has_avx512)
-        return embedded::decode_avx512(text, text_len, out, has_prefix);
-    return embedded::decode<embedded::any_hex>(text, text_len, out, has_prefix);
-}
-
-int32_t nbin_to_char_ex(const void *bytes, uint32_t len, char *buf, int32_t)
-{
-    const auto *from = static_cast<const uint8_t *>(bytes);
-    if (embedded::has_avx512)
-        embedded::avx512_hex::encode(from, len, buf);
-    else
-        embedded::any_hex::encode(from, len, buf);
-    return 0;
-}
+SERVICE_BY_MACHINE(nbin_from_char_ex, embedded::decode_any, embedded::decode_avx512);
+SERVICE_BY_MACHINE(nbin_to_char_ex, embedded::encode_any, embedded::encode_avx512);

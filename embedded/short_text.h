@@ -212,17 +212,22 @@ struct avx512_machine {
     }
 };
 
-// Set while the library is loaded; until then any_machine does.
-inline const bool has_avx512 = [] {
+// Uses nothing that has to be ready.
+[[gnu::always_inline]] inline bool machine_has_avx512()
+{
     __builtin_cpu_init();
     return __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("bmi2");
-}();
+}
+
+// For what is not a service by itself. Set while the library is loaded; until then any_machine does.
+inline const bool has_avx512 = machine_has_avx512();
 
 #else
 
 #define BCAST_AVX512
 using avx512_machine = any_machine;
 inline constexpr bool has_avx512 = false;
+constexpr bool machine_has_avx512() { return has_avx512; }
 
 #endif
 

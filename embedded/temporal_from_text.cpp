@@ -2,6 +2,7 @@
 
 #include <bcast/codes.h>
 
+#include "embedded/by_machine.h"
 #include "embedded/characters.h"
 #include "embedded/iso_text.h"
 #include "embedded/temporal_reader.h"
@@ -66,7 +67,8 @@ BCAST_AVX512 bool read_zoned_avx512(const char *text, size_t size, temporal_word
 }
 
 // Calls nothing but in its last step, and so saves no register.
-BCAST_AVX512 int32_t from_text_avx512(const char *text, int32_t length, uint16_t order, bool date_only, vqtime *result)
+[[gnu::always_inline]] BCAST_AVX512 inline int32_t from_text_avx512(const char *text, int32_t length, uint16_t order,
+                                                                    bool date_only, vqtime *result)
 {
     temporal_words value;
     if (avx512_iso::read(text, static_cast<size_t>(length), &value)) [[likely]]
@@ -74,35 +76,40 @@ BCAST_AVX512 int32_t from_text_avx512(const char *text, int32_t length, uint16_t
     return zoned_from_text_avx512(text, length, order, date_only, result);
 }
 
+#else
+
+constexpr auto from_text_avx512 = any_from_text;
+
 #endif
 
-[[gnu::always_inline]] inline int32_t from_text(const char *text, int32_t length, uint16_t order, bool date_only,
-                                                vqtime *result)
+// Nobody tells it the type: time and zone are kept, and a time alone is a value.
+int32_t in_order_any(const char *text, int32_t length, void *, uint16_t parse_word, vqtime *result, int32_t)
 {
-#if defined(BCAST_HAS_AVX512_MACHINE)
-    if (has_avx512)
-        return from_text_avx512(text, length, order, date_only, result);
-#endif
-    return any_from_text(text, length, order, date_only, result);
+    return any_from_text(text, length, parse_word, false, result);
+}
+BCAST_AVX512 int32_t in_order_avx512(const char *text, int32_t length, void *, uint16_t parse_word, vqtime *result,
+                                     int32_t)
+{
+    return from_text_avx512(text, length, parse_word, false, result);
+}
+
+// The year stands first. For TYPE_DATE a time alone is no value, and of any other the date is kept; every other type is
+// TYPE_DATETIME.
+int32_t of_type_any(const char *text, int32_t length, int32_t type, vqtime *result, int32_t *)
+{
+    return any_from_text(text, length, year_first, type == TYPE_DATE, result);
+}
+BCAST_AVX512 int32_t of_type_avx512(const char *text, int32_t length, int32_t type, vqtime *result, int32_t *)
+{
+    return from_text_avx512(text, length, year_first, type == TYPE_DATE, result);
 }
 
 } // namespace
 
 } // namespace embedded
 
-// Nobody tells it the type: time and zone are kept, and a time alone is a value.
-int32_t char_to_date_simple_with_alen(const char *text, int32_t length, void *, uint16_t parse_word, vqtime *result,
-                                      int32_t)
-{
-    return embedded::from_text(text, length, parse_word, false, result);
-}
-
-// The year stands first. For TYPE_DATE a time alone is no value, and of any other the date is kept; every other type is
-// TYPE_DATETIME.
-int32_t vqtime_from_char_ex2(const char *text, int32_t length, int32_t type, vqtime *result, int32_t *)
-{
-    return embedded::from_text(text, length, embedded::year_first, type == TYPE_DATE, result);
-}
+SERVICE_BY_MACHINE(char_to_date_simple_with_alen, embedded::in_order_any, embedded::in_order_avx512);
+SERVICE_BY_MACHINE(vqtime_from_char_ex2, embedded::of_type_any, embedded::of_type_avx512);
 
 // Nothing is left to do for a value that a parser made.
 void vqtime_glgl_adjust_ignore(vqtime *) {}

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "embedded/by_machine.h"
 #include "embedded/iso_text.h"
 
 namespace embedded {
@@ -43,6 +44,41 @@ BCAST_AVX512 void write_with_zone_avx512(const vqtime *value, int32_t type, size
     write_with_zone<avx512_iso>(value, type, digits, zone, text);
 }
 
+// YYYY-MM-DD, HH:MM:SS[.f], or both with a blank between. A fraction has all its digits but zeros at the end, and none
+// is shown where it is 0; a zone is not shown. Each value has a text.
+
+int32_t date_to_text_any(const vqdt_decoded *decoded, char *text)
+{
+    any_iso::write_date(value_of(decoded), text);
+    return 1;
+}
+int32_t time_to_text_any(const vqdt_decoded *decoded, char *text, int32_t)
+{
+    any_iso::write_time(value_of(decoded), fraction_digits_max, 0, text);
+    return 1;
+}
+int32_t datetime_to_text_any(const vqdt_decoded *decoded, char *text, int32_t)
+{
+    any_iso::write_datetime(value_of(decoded), fraction_digits_max, 0, text);
+    return 1;
+}
+
+BCAST_AVX512 int32_t date_to_text_avx512(const vqdt_decoded *decoded, char *text)
+{
+    avx512_iso::write_date(value_of(decoded), text);
+    return 1;
+}
+BCAST_AVX512 int32_t time_to_text_avx512(const vqdt_decoded *decoded, char *text, int32_t)
+{
+    avx512_iso::write_time(value_of(decoded), fraction_digits_max, 0, text);
+    return 1;
+}
+BCAST_AVX512 int32_t datetime_to_text_avx512(const vqdt_decoded *decoded, char *text, int32_t)
+{
+    avx512_iso::write_datetime(value_of(decoded), fraction_digits_max, 0, text);
+    return 1;
+}
+
 } // namespace
 
 } // namespace embedded
@@ -53,38 +89,9 @@ void vqdt_date_encode_fast(const vqtime *value, vqdt_decoded *decoded) { embedde
 
 void vqdt_time_encode_fast(const vqtime *value, vqdt_decoded *decoded) { embedded::decode(value, decoded); }
 
-// YYYY-MM-DD, HH:MM:SS[.f], or both with a blank between. A fraction has all its digits but zeros at the end, and none
-// is shown where it is 0; a zone is not shown. Each value has a text.
-
-int32_t vq_date_to_char(const vqdt_decoded *decoded, char *text)
-{
-    const vqtime *value = embedded::value_of(decoded);
-    if (embedded::has_avx512)
-        embedded::avx512_iso::write_date(value, text);
-    else
-        embedded::any_iso::write_date(value, text);
-    return 1;
-}
-
-int32_t vq_time_to_char(const vqdt_decoded *decoded, char *text, int32_t)
-{
-    const vqtime *value = embedded::value_of(decoded);
-    if (embedded::has_avx512)
-        embedded::avx512_iso::write_time(value, embedded::fraction_digits_max, 0, text);
-    else
-        embedded::any_iso::write_time(value, embedded::fraction_digits_max, 0, text);
-    return 1;
-}
-
-int32_t vqdt_to_char(const vqdt_decoded *decoded, char *text, int32_t)
-{
-    const vqtime *value = embedded::value_of(decoded);
-    if (embedded::has_avx512)
-        embedded::avx512_iso::write_datetime(value, embedded::fraction_digits_max, 0, text);
-    else
-        embedded::any_iso::write_datetime(value, embedded::fraction_digits_max, 0, text);
-    return 1;
-}
+SERVICE_BY_MACHINE(vq_date_to_char, embedded::date_to_text_any, embedded::date_to_text_avx512);
+SERVICE_BY_MACHINE(vq_time_to_char, embedded::time_to_text_any, embedded::time_to_text_avx512);
+SERVICE_BY_MACHINE(vqdt_to_char, embedded::datetime_to_text_any, embedded::datetime_to_text_avx512);
 
 // A time for TYPE_TIME_TZ, else a datetime, with the zone behind it as +HH:MM. Digits of the fraction beyond the count
 // are cut, not rounded. A zone that no text has is shown in hours and minutes as well.

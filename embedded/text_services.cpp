@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 
+#include "embedded/by_machine.h"
 #include "embedded/digits.h"
 #include "embedded/integer_text.h"
 
@@ -30,6 +31,10 @@ template <typename Machine>
     return literal_to_int64(text, length, result);
 }
 
+int32_t text_to_int64_any(const char *text, int32_t length, int64_t *result)
+{
+    return text_to_int64<any_machine>(text, length, result);
+}
 BCAST_AVX512 int32_t text_to_int64_avx512(const char *text, int32_t length, int64_t *result)
 {
     return text_to_int64<avx512_machine>(text, length, result);
@@ -37,37 +42,39 @@ BCAST_AVX512 int32_t text_to_int64_avx512(const char *text, int32_t length, int6
 
 // ---- int32 to text ---------------------------------------------------------
 
-template <typename Digits>
-[[gnu::always_inline]] inline void write_integer(uint64_t magnitude, bool negative, size_t count, char *to)
-{
-    Digits(magnitude).write_integer(negative, count, to);
-}
+// Signs are as good as random: no branch on them.
+struct parts_of_int {
+    bool negative;
+    uint64_t magnitude;
+    uint32_t count; // of digits
 
-BCAST_AVX512 void write_integer_avx512(uint64_t magnitude, bool negative, size_t count, char *to)
+    explicit parts_of_int(int32_t value)
+        : negative(value < 0), magnitude(static_cast<uint64_t>(std::abs(int64_t{value}))), count(digit_count(magnitude))
+    {}
+
+    int32_t give_length(int32_t limit, int32_t *out_len) const
+    {
+        *out_len = static_cast<int32_t>(count + negative);
+        return *out_len > limit ? ERR_TARGET_TOO_SHORT : 0;
+    }
+};
+
+int32_t int_to_text_any(int32_t value, int32_t limit, char *buffer, int32_t *out_len)
 {
-    write_integer<avx512_digits>(magnitude, negative, count, to);
+    const parts_of_int parts(value);
+    any_digits(parts.magnitude).write_integer(parts.negative, parts.count, buffer);
+    return parts.give_length(limit, out_len);
+}
+BCAST_AVX512 int32_t int_to_text_avx512(int32_t value, int32_t limit, char *buffer, int32_t *out_len)
+{
+    const parts_of_int parts(value);
+    avx512_digits(parts.magnitude).write_integer(parts.negative, parts.count, buffer);
+    return parts.give_length(limit, out_len);
 }
 
 } // namespace
 
 } // namespace embedded
 
-int32_t str2int64(const char *text, int32_t length, int64_t *result)
-{
-    if (embedded::has_avx512)
-        return embedded::text_to_int64_avx512(text, length, result);
-    return embedded::text_to_int64<embedded::any_machine>(text, length, result);
-}
-
-int32_t str_from_int(int32_t value, int32_t limit, char *buffer, int32_t *out_len)
-{
-    const bool negative = value < 0;
-    const uint64_t magnitude = static_cast<uint64_t>(std::abs(int64_t{value}));
-    const uint32_t count = digit_count(magnitude);
-    if (embedded::has_avx512)
-        embedded::write_integer_avx512(magnitude, negative, count, buffer);
-    else
-        embedded::write_integer<embedded::any_digits>(magnitude, negative, count, buffer);
-    *out_len = static_cast<int32_t>(count + negative);
-    return *out_len > limit ? ERR_TARGET_TOO_SHORT : 0;
-}
+SERVICE_BY_MACHINE(str2int64, embedded::text_to_int64_any, embedded::text_to_int64_avx512);
+SERVICE_BY_MACHINE(str_from_int, embedded::int_to_text_any, embedded::int_to_text_avx512);

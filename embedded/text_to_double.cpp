@@ -7,6 +7,7 @@
 #include <bcast/codes.h>
 
 #include "embedded/bare_number.h"
+#include "embedded/by_machine.h"
 #include "embedded/integer_text.h"
 #include "embedded/powers_of_ten.h"
 
@@ -83,13 +84,11 @@ template <typename Machine>
     return 0;
 }
 
-// Apart from its caller, for that not to save registers which the other one needs.
-[[gnu::noinline]] int32_t text_to_double_any(const char *text, size_t length, double *result)
+int32_t text_to_double_any(const char *text, uint16_t length, double *result)
 {
     return text_to_double<any_machine>(text, length, result);
 }
-
-BCAST_AVX512 int32_t text_to_double_avx512(const char *text, size_t length, double *result)
+BCAST_AVX512 int32_t text_to_double_avx512(const char *text, uint16_t length, double *result)
 {
     return text_to_double<avx512_machine>(text, length, result);
 }
@@ -98,9 +97,4 @@ BCAST_AVX512 int32_t text_to_double_avx512(const char *text, size_t length, doub
 
 } // namespace embedded
 
-int32_t utl_digit_from_char(const char *text, uint16_t length, double *result)
-{
-    if (embedded::has_avx512)
-        return embedded::text_to_double_avx512(text, length, result);
-    return embedded::text_to_double_any(text, length, result);
-}
+SERVICE_BY_MACHINE(utl_digit_from_char, embedded::text_to_double_any, embedded::text_to_double_avx512);

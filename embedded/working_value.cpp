@@ -5,6 +5,7 @@
 #include <bcast/codes.h>
 #include <services/column.h>
 
+#include "embedded/by_machine.h"
 #include "embedded/large_object.h"
 #include "embedded/out_of_memory.h"
 #include "embedded/pool.h"
@@ -92,18 +93,15 @@ BCAST_AVX512 int32_t assign_lob_avx512(void *env, void *heap, nstr *value, const
     return 0;
 }
 
+#else
+
+constexpr auto assign_lob_avx512 = assign_lob;
+
 #endif
 
 } // namespace
 
-int32_t nblob_assign_const(void *env, void *heap, nstr *value, const char *bytes, int32_t len)
-{
-#if defined(BCAST_HAS_AVX512_MACHINE)
-    if (embedded::has_avx512)
-        return assign_lob_avx512(env, heap, value, bytes, len);
-#endif
-    return assign_lob(env, heap, value, bytes, len);
-}
+SERVICE_BY_MACHINE(nblob_assign_const, assign_lob, assign_lob_avx512);
 
 // A short text stands inline with outline at it, so that a reader finds it by
 // either way.

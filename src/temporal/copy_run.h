@@ -50,8 +50,8 @@ __attribute__((target("avx512bw,avx512vl,bmi2"))) inline void
 store_values(const vqtime *__restrict from, const uint8_t *__restrict flags, vqtime *__restrict to, uint32_t n)
 {
     for (uint32_t k = 0; k < n; k += 16) {
-        const __mmask16 rows = n - k < 16 ? static_cast<__mmask16>((1u << (n - k)) - 1) : 0xFFFF;
-        const __m128i present = _mm_maskz_loadu_epi8(rows, flags + k);
+        const uint32_t rows = n - k < 16 ? (1u << (n - k)) - 1 : 0xFFFF;
+        const __m128i present = _mm_maskz_loadu_epi8(static_cast<__mmask16>(rows), flags + k);
         const uint64_t words = 7 * _pdep_u64(_mm_test_epi8_mask(present, present), 0x249249249249);
         const auto *source = reinterpret_cast<const char *>(from + k);
         auto *target = reinterpret_cast<char *>(to + k);
