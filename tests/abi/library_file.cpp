@@ -1,32 +1,18 @@
 #include "tests/abi/library_file.h"
 
-#include <array>
-#include <cstdio>
+#include "tests/abi/command_output.h"
+
 #include <sstream>
-#include <stdexcept>
 
 namespace bcast::test {
 
 namespace {
 
-// Runs a program of the build's tool chain on the library.
-std::istringstream output_of(const std::string &command)
-{
-    FILE *pipe = popen((command + " '" BCAST_LIBRARY_FILE "'").c_str(), "r");
-    if (!pipe)
-        throw std::runtime_error("cannot start " + command);
-    std::string text;
-    std::array<char, 4096> part;
-    while (const size_t got = fread(part.data(), 1, part.size(), pipe))
-        text.append(part.data(), got);
-    if (pclose(pipe) != 0)
-        throw std::runtime_error(command + " failed on " BCAST_LIBRARY_FILE);
-    return std::istringstream(text);
-}
+constexpr char of_library[] = " '" BCAST_LIBRARY_FILE "'";
 
 std::vector<symbol> symbols(const std::string &which)
 {
-    std::istringstream lines = output_of(BCAST_NM " --dynamic --format=posix " + which);
+    std::istringstream lines = output_of(BCAST_NM " --dynamic --format=posix " + which + of_library);
     std::vector<symbol> all;
     for (std::string line; std::getline(lines, line);) {
         std::istringstream words(line);
@@ -46,7 +32,7 @@ std::vector<symbol> undefined_symbols() { return symbols("--undefined-only"); }
 
 std::vector<std::string> writable_data()
 {
-    std::istringstream lines = output_of(BCAST_NM " --defined-only --format=sysv");
+    std::istringstream lines = output_of(std::string(BCAST_NM " --defined-only --format=sysv") + of_library);
     std::vector<std::string> names;
     for (std::string line; std::getline(lines, line);) {
         const std::string section = line.substr(line.rfind('|') + 1);
@@ -58,7 +44,7 @@ std::vector<std::string> writable_data()
 
 std::vector<std::string> dynamic_entries(const std::string &tag)
 {
-    std::istringstream lines = output_of(BCAST_READELF " --dynamic --wide");
+    std::istringstream lines = output_of(std::string(BCAST_READELF " --dynamic --wide") + of_library);
     std::vector<std::string> values;
     for (std::string line; std::getline(lines, line);) {
         const size_t open = line.find('['), close = line.find(']');

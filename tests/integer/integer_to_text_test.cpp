@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <random>
 
 namespace bcast::test {
 namespace {
@@ -37,6 +38,28 @@ int64_t value_of_up_to(uint32_t digits, uint32_t row)
     for (uint32_t digit = 1; digit < 1 + row % digits; digit++)
         value = value * 10 + (row + digit) % 10;
     return row % 4 == 3 ? -(value / 10) : value;
+}
+
+// Around every power of ten and of two, and random ones of every size; of both signs.
+std::vector<int64_t> values_of_every_size(size_t source_bytes)
+{
+    const auto held = [&](uint64_t value) {
+        return source_bytes == 8 ? static_cast<int64_t>(value) : int64_t{static_cast<int32_t>(value)};
+    };
+    std::vector<uint64_t> sizes;
+    for (uint64_t power = 1; power <= 1000000000000000000; power *= 10)
+        sizes.push_back(power);
+    for (int bit = 0; bit < 64; bit++)
+        sizes.push_back(uint64_t{1} << bit);
+    std::mt19937_64 random(20240802);
+    for (int i = 0; i < 1500; i++)
+        sizes.push_back(random() >> i % 64);
+
+    std::vector<int64_t> values;
+    for (const uint64_t size : sizes)
+        for (const uint64_t value : {size - 1, size, size + 1})
+            values.insert(values.end(), {held(value), held(0 - value)});
+    return values;
 }
 
 // ---- To characters -----------------------------------------------------------
@@ -202,6 +225,18 @@ TEST_P(integer_to_character, every_value_of_the_slot)
             set(source, r.source_bytes, row, 1, values[row]);
         expect_success(r, source, how, 20, rows);
     }
+}
+
+TEST_P(integer_to_character, values_of_every_size_are_formatted)
+{
+    const character_rule &r = GetParam();
+    const setup &how = few_setups().front();
+    const std::vector<int64_t> values = values_of_every_size(r.source_bytes);
+    const auto rows = static_cast<uint32_t>(values.size());
+    source_column source(r.source_bytes, rows, how);
+    for (uint32_t row = 0; row < rows; row++)
+        set(source, r.source_bytes, row, 1, values[row]);
+    expect_success(r, source, how, 20, rows);
 }
 
 TEST_P(integer_to_character, text_of_exactly_length_bytes_fits)
@@ -472,6 +507,18 @@ TEST_P(integer_to_text, every_length_of_text)
         batch.expect(0, rows);
         batch.run(0, nullptr, nullptr);
     }
+}
+
+TEST_P(integer_to_text, values_of_every_size)
+{
+    const text_rule &r = GetParam();
+    const std::vector<int64_t> values = values_of_every_size(r.source_bytes);
+    const auto rows = static_cast<uint32_t>(values.size());
+    text_batch batch{r, few_setups().front(), rows};
+    for (uint32_t row = 0; row < rows; row++)
+        batch.set_row(row, 1, values[row]);
+    batch.expect(0, rows);
+    batch.run(0, nullptr, nullptr);
 }
 
 TEST_P(integer_to_text, without_err_codes_the_first_failure_stops)

@@ -91,6 +91,10 @@ public:
         std::memcpy(&element, values_.data() + column_row(row) * stride_, sizeof element);
         return element;
     }
+    std::string element_bytes(uint32_t row) const
+    {
+        return {reinterpret_cast<const char *>(values_.data()) + column_row(row) * stride_, stride_};
+    }
 
     // From here on a cast that looks at a flag, or at an element, ends the test.
     void hide_flags();
