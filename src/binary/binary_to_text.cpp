@@ -5,6 +5,7 @@
 #include "src/frame/blanks.h"
 #include "src/frame/row_walk.h"
 #include "src/frame/scratch.h"
+#include "src/frame/text_length.h"
 #include "src/frame/working_value.h"
 
 #include "services/binary.h"
@@ -17,16 +18,6 @@ namespace {
 
 constexpr uint32_t longest_value = 32767;
 constexpr size_t text_room = 65536; // its text and a NUL
-
-// The length up to the NUL. It is two digits a byte, unless the service says otherwise, and to see that costs less than
-// to look for it.
-int32_t text_length(const char *text, uint32_t value_size)
-{
-    const size_t expected = 2 * size_t(value_size);
-    if (text[expected] == '\0' && (expected == 0 || !memchr(text, '\0', expected)))
-        return int32_t(expected);
-    return int32_t(strlen(text));
-}
 
 enum class too_long { fails, is_cut };
 
@@ -46,7 +37,7 @@ int32_t show_rows(void *env, void *heap, const bdta3_col *src, int32_t length, b
         const int32_t status = nbin_to_char_ex(from[r].text, size, text, 0);
         if (status < 0)
             return fail_clearing_flag(dst, i, status);
-        int32_t len = text_length(text, size);
+        int32_t len = hex_text_length(text, size);
         if (len > length) {
             if constexpr (rule == too_long::fails)
                 return fail_clearing_flag(dst, i, ERR_TRUNCATED);

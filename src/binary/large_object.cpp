@@ -93,7 +93,7 @@ int32_t bcast_binary_to_text(void *env, void *heap, const bdta3_col *src, bdta3_
         if (status < 0)
             return fail_clearing_flag(dst, i, status);
         working.first_word = 0;
-        status = nblob_assign_const(env, heap, &working, text, text_length(text));
+        status = nblob_assign_const(env, heap, &working, text, hex_text_length(text, uint32_t(from[r].length)));
         if (status < 0)
             return fail_clearing_flag(dst, i, status);
         bdta3_col_assign_bin(env, heap, dst, int32_t(i), bytes_of(working), int32_t(working.length));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -24,5 +25,15 @@ inline int32_t text_length(const char *text)
     if (ends != 0) [[likely]]
         return std::countr_zero(ends);
 #endif
+    return int32_t(strlen(text));
+}
+
+// Of the hexadecimal text of a value: two digits a byte, unless the service says otherwise. To see that costs less than
+// to look for the NUL, which was just written by itself, with a wide load.
+inline int32_t hex_text_length(const char *text, uint32_t value_size)
+{
+    const size_t expected = 2 * size_t(value_size);
+    if (text[expected] == '\0' && (expected == 0 || !memchr(text, '\0', expected)))
+        return int32_t(expected);
     return int32_t(strlen(text));
 }
