@@ -412,8 +412,8 @@ TEST(utl_digit_from_char, mantissas_around_2_to_the_53_are_rounded_once)
         for (size_t behind = 0; behind <= 16; behind++) {
             std::string text = std::to_string(mantissa);
             text.insert(text.size() - behind, 1, '.');
-            EXPECT_EQ(read(text), slow_read(text)) << text;
-            EXPECT_EQ(read("-" + text), slow_read("-" + text)) << "-" << text;
+            for (const std::string before : {"", "-", "+", " ", "0", "-00"})
+                EXPECT_EQ(read(before + text), slow_read(before + text)) << '"' << before << text << '"';
         }
     }
 }

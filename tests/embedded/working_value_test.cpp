@@ -251,6 +251,25 @@ TEST(nstr_clear, bytes_that_were_given_back_are_used_again)
     }
 }
 
+TEST(pool, a_value_that_becomes_short_or_long_gives_its_block_back)
+{
+    for (const size_t length : {6U, 32U, 33U, 85U, 1000U}) {
+        for (const size_t next : {0U, 5U, 3000U}) {
+            working_value v;
+            ASSERT_EQ(v.fill_blob(std::string(length, 'x')), 0);
+            const char *block = v.value.outline;
+            ASSERT_EQ(v.fill_blob(std::string(next, 'y')), 0);
+            ASSERT_NE(v.value.outline, block);
+            nstr other = {};
+            other.outline = other.inline_bytes;
+            ASSERT_EQ(nblob_assign_const(nullptr, v.pool.get(), &other, std::string(length, 'z').data(),
+                                         static_cast<int32_t>(length)),
+                      0);
+            EXPECT_EQ(other.outline, block) << length << " bytes, and then " << next;
+        }
+    }
+}
+
 TEST(pool, hands_the_same_memory_out_again_after_a_reset)
 {
     working_value v;
