@@ -13,7 +13,6 @@
 
 #include <array>
 
-#include "embedded/calendar.h"
 #include "embedded/short_text.h"
 #include "embedded/temporal.h"
 
