@@ -51,12 +51,12 @@ store_values(const vqtime *__restrict from, const uint8_t *__restrict flags, vqt
 {
     for (uint32_t k = 0; k < n; k += 16) {
         const uint32_t rows = n - k < 16 ? (1u << (n - k)) - 1 : 0xFFFF;
-        const __m128i present = _mm_maskz_loadu_epi8(static_cast<__mmask16>(rows), flags + k);
+        const __m128i present = _mm_maskz_loadu_epi8(__mmask16(rows), flags + k);
         const uint64_t words = 7 * _pdep_u64(_mm_test_epi8_mask(present, present), 0x249249249249);
         const auto *source = reinterpret_cast<const char *>(from + k);
         auto *target = reinterpret_cast<char *>(to + k);
         for (int third = 0; third < 3; third++) {
-            const auto mask = static_cast<__mmask16>(words >> 16 * third);
+            const auto mask = __mmask16(words >> 16 * third);
             _mm512_mask_storeu_epi32(target + 64 * third, mask, _mm512_maskz_loadu_epi32(mask, source + 64 * third));
         }
     }

@@ -1,0 +1,28 @@
+// Bytes into the arena of a column.
+#pragma once
+
+#include "embedded/base/short_text.h"
+#include "embedded/column/column.h"
+
+namespace embedded {
+
+// A copy of size bytes in the column's arena, with one NUL behind it, or null
+// when memory ran out.
+char *keep_bytes(bcast_column &column, const void *bytes, size_t size);
+
+// The same, but null also when the bytes are many or the arena has to grow:
+// keep_bytes knows then.
+template <class Machine>
+[[gnu::always_inline]] inline char *keep_short(bcast_column &column, const char *bytes, size_t size)
+{
+    static_assert(Machine::copy_max <= arena_slack);
+    char *copy = column.bytes.at;
+    if (size > Machine::copy_blocks_max || size >= size_t(column.bytes.end - copy))
+        return nullptr;
+    column.bytes.at += size + 1;
+    Machine::copy_blocks(copy, bytes, size);
+    copy[size] = '\0';
+    return copy;
+}
+
+} // namespace embedded

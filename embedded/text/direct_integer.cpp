@@ -1,0 +1,50 @@
+#include "services/text.h"
+
+#include <bcast/codes.h>
+
+#include "embedded/base/by_machine.h"
+#include "embedded/text/integer_part.h"
+
+namespace embedded {
+
+namespace {
+
+// The number is not whole: *result is it cut toward zero.
+constexpr int32_t was_cut = 1;
+
+[[gnu::noinline]] int32_t literal_to_int64_directly(const char *text, int32_t length, int64_t *result, char *sign)
+{
+    integer_part part;
+    if (!read_integer_part(text, length, &part))
+        return ERR_BAD_CONVERSION;
+    if (!part.fits || !give_int64(part.negative, part.magnitude, result))
+        return part.negative ? ERR_BELOW_RANGE : ERR_ABOVE_RANGE;
+    if (part.is_whole)
+        return 0;
+    *sign = part.negative ? '-' : '+'; // a value cut to 0 has none
+    return was_cut;
+}
+
+template <class Machine>
+[[gnu::always_inline]] inline int32_t text_to_int64_directly(const char *text, int32_t length, int64_t *result,
+                                                             char *sign)
+{
+    if (read_short_integer<Machine>(text, length, result)) [[likely]]
+        return 0;
+    return literal_to_int64_directly(text, length, result, sign);
+}
+
+int32_t text_to_int64_directly_any(const char *text, int32_t length, int64_t *result, char *sign)
+{
+    return text_to_int64_directly<any_machine>(text, length, result, sign);
+}
+BCAST_AVX512 int32_t text_to_int64_directly_avx512(const char *text, int32_t length, int64_t *result, char *sign)
+{
+    return text_to_int64_directly<avx512_machine>(text, length, result, sign);
+}
+
+} // namespace
+
+} // namespace embedded
+
+SERVICE_BY_MACHINE(str2int64_directly, embedded::text_to_int64_directly_any, embedded::text_to_int64_directly_avx512);

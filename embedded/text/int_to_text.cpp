@@ -1,0 +1,49 @@
+// The decimal text of an int.
+#include "services/text.h"
+
+#include <bcast/codes.h>
+
+#include <cstdlib>
+
+#include "embedded/base/by_machine.h"
+#include "embedded/base/written_digits.h"
+
+namespace embedded {
+
+namespace {
+
+// Signs are as good as random: no branch on them.
+struct parts_of_int {
+    bool negative;
+    uint64_t magnitude;
+    uint32_t count; // of digits
+
+    explicit parts_of_int(int32_t value)
+        : negative(value < 0), magnitude(uint64_t(std::abs(int64_t{value}))), count(digit_count(magnitude))
+    {}
+
+    int32_t give_length(int32_t limit, int32_t *out_len) const
+    {
+        *out_len = int32_t(count + negative);
+        return *out_len > limit ? ERR_TARGET_TOO_SHORT : 0;
+    }
+};
+
+int32_t int_to_text_any(int32_t value, int32_t limit, char *buffer, int32_t *out_len)
+{
+    const parts_of_int parts(value);
+    any_digits(parts.magnitude).write_integer(parts.negative, parts.count, buffer);
+    return parts.give_length(limit, out_len);
+}
+BCAST_AVX512 int32_t int_to_text_avx512(int32_t value, int32_t limit, char *buffer, int32_t *out_len)
+{
+    const parts_of_int parts(value);
+    avx512_digits(parts.magnitude).write_integer(parts.negative, parts.count, buffer);
+    return parts.give_length(limit, out_len);
+}
+
+} // namespace
+
+} // namespace embedded
+
+SERVICE_BY_MACHINE(str_from_int, embedded::int_to_text_any, embedded::int_to_text_avx512);
