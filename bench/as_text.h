@@ -2,9 +2,8 @@
 #pragma once
 
 #include <bcast/bcast.h>
-
-#include "services/decimal.h"
-#include "services/temporal.h"
+#include <services/decimal.h>
+#include <services/temporal.h>
 
 #include <charconv>
 #include <string>

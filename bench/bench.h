@@ -1,9 +1,9 @@
 // What the benchmarks share: names, batches, and the pool that they are taken from.
 #pragma once
 
-#include <benchmark/benchmark.h>
-
 #include <bcast/bcast.h>
+
+#include <benchmark/benchmark.h>
 
 #include <cstdint>
 #include <cstring>

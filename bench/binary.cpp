@@ -2,7 +2,7 @@
 
 #include "bench/with_services.h"
 
-#include "services/binary.h"
+#include <services/binary.h>
 
 namespace {
 

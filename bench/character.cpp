@@ -2,9 +2,9 @@
 
 #include "bench/with_services.h"
 
-#include "services/decimal.h"
-#include "services/numeric.h"
-#include "services/text.h"
+#include <services/decimal.h>
+#include <services/numeric.h>
+#include <services/text.h>
 
 #include <charconv>
 

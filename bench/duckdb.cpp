@@ -2,11 +2,11 @@
 
 #include "bench/bench.h"
 
-#include <dlfcn.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+
+#include <dlfcn.h>
 
 namespace bench {
 

@@ -4,8 +4,8 @@
 //
 // they stand before the embedded ones.
 
-#include "services/column.h"
-#include "services/temporal.h"
+#include <services/column.h>
+#include <services/temporal.h>
 
 #include <cstring>
 

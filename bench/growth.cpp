@@ -3,7 +3,7 @@
 #include "bench/fixed_width.h"
 #include "bench/with_services.h"
 
-#include "services/temporal.h"
+#include <services/temporal.h>
 
 #include <charconv>
 

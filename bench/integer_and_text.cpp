@@ -2,7 +2,7 @@
 
 #include "bench/with_services.h"
 
-#include "services/text.h"
+#include <services/text.h>
 
 #include <charconv>
 

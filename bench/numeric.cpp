@@ -2,8 +2,8 @@
 
 #include "bench/with_services.h"
 
-#include "services/decimal.h"
-#include "services/numeric.h"
+#include <services/decimal.h>
+#include <services/numeric.h>
 
 namespace {
 

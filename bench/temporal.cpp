@@ -2,9 +2,9 @@
 
 #include "bench/with_services.h"
 
-#include "services/decimal.h"
-#include "services/interval.h"
-#include "services/temporal.h"
+#include <services/decimal.h>
+#include <services/interval.h>
+#include <services/temporal.h>
 
 #include <cstdio>
 

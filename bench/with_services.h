@@ -6,8 +6,7 @@
 #include "bench/bench.h"
 
 #include <bcast/embedded.h>
-
-#include "services/column.h"
+#include <services/column.h>
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,7 +1,8 @@
 #include "shown_values.h"
 
 #include "columns.h"
-#include "services/binary.h"
+
+#include <services/binary.h>
 
 #include <utility>
 

@@ -1,10 +1,9 @@
 // The powers of ten that each kind of number holds exactly.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
-
-#include <array>
 
 namespace embedded {
 

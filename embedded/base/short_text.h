@@ -6,12 +6,11 @@
 // One struct for each kind of machine; their functions do the same.
 #pragma once
 
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-
-#include <array>
-#include <bit>
 
 // Not where the build fixes an instruction set without it.
 #if defined(__x86_64__) && (!defined(BCAST_ONE_ISA) || (defined(__AVX512BW__) && defined(__AVX512VL__)))

@@ -1,8 +1,8 @@
+#include <bcast/embedded.h>
+
 #include <algorithm>
 #include <iterator>
 #include <string_view>
-
-#include <bcast/embedded.h>
 
 namespace {
 

@@ -1,15 +1,14 @@
 // 16 decimal digits for each kind of machine, without a branch on how many of them are wanted.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-
-#include <array>
-#include <bit>
-
 #include "embedded/base/short_text.h"
 #include "embedded/base/words.h"
 #include "src/frame/digits.h"
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
 
 namespace embedded {
 

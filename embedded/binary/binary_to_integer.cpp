@@ -11,11 +11,10 @@
 //     00 00 FF FB   -5         FF FF 7F FF   does not fit: 7F is not of that sign
 //     00 FF FF FB   -5         FF FF 00 05   does not fit: zeros behind FF stay
 //     00 00 80 00   -32768     00 01 00 05   does not fit
-#include "services/binary.h"
+#include "embedded/base/short_text.h"
 
 #include <bcast/codes.h>
-
-#include "embedded/base/short_text.h"
+#include <services/binary.h>
 
 namespace embedded {
 

@@ -1,8 +1,9 @@
 #include "embedded/binary/hex.h"
+
 #include "embedded/base/by_machine.h"
 
 #include <bcast/codes.h>
-#include "services/binary.h"
+#include <services/binary.h>
 
 namespace embedded {
 

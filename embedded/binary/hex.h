@@ -4,9 +4,9 @@
 // One struct for each kind of machine; their functions do the same.
 #pragma once
 
-#include <array>
-
 #include "embedded/base/short_text.h"
+
+#include <array>
 
 namespace embedded {
 

@@ -1,9 +1,9 @@
 // Values that casts hand over to a column, and space for those that they write themselves.
-#include "services/column.h"
-
 #include "embedded/base/by_machine.h"
-#include "embedded/column/keep_bytes.h"
 #include "embedded/base/out_of_memory.h"
+#include "embedded/column/keep_bytes.h"
+
+#include <services/column.h>
 
 namespace embedded {
 

@@ -1,13 +1,13 @@
 #include "embedded/column/column.h"
 
+#include "embedded/column/copy_row.h"
+#include "embedded/column/keep_bytes.h"
+#include "embedded/column/large_object.h"
+
 #include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstdlib>
-
-#include "embedded/column/copy_row.h"
-#include "embedded/column/keep_bytes.h"
-#include "embedded/column/large_object.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
 // The column record, and what its operations share.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <cstring>
+#include "embedded/base/arena.h"
+#include "embedded/base/short_text.h"
 
 #include <bcast/embedded.h>
 
-#include "embedded/base/arena.h"
-#include "embedded/base/short_text.h"
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 struct bcast_column {
     bdta3_col_data data; // first, so that services get from it to the column

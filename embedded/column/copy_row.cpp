@@ -1,9 +1,9 @@
 #include "embedded/column/copy_row.h"
 
-#include <cstring>
-
 #include "embedded/base/by_machine.h"
 #include "embedded/column/keep_bytes.h"
+
+#include <cstring>
 
 namespace embedded {
 

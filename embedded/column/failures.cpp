@@ -1,8 +1,8 @@
+#include <bcast/embedded.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-
-#include <bcast/embedded.h>
 
 namespace {
 

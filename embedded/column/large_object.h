@@ -1,13 +1,13 @@
 // The header in front of the value in a large-object constant.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <cstring>
+#include "embedded/base/short_text.h"
 
 #include <bcast/column.h>
 
-#include "embedded/base/short_text.h"
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 namespace embedded {
 

@@ -1,15 +1,15 @@
 // The pool record behind `heap`.
 #pragma once
 
+#include "embedded/base/arena.h"
+
+#include <bcast/embedded.h>
+
 #include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
-
-#include <bcast/embedded.h>
-
-#include "embedded/base/arena.h"
 
 struct bcast_pool {
     int16_t time_zone; // first, for casts read it through heap

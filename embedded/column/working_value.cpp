@@ -1,14 +1,14 @@
 // nstr: values on their way into a column. outline_state is the capacity of the
 // pool block that outline is at, or 0 while outline is at the inline bytes.
-#include <cstring>
+#include "embedded/base/by_machine.h"
+#include "embedded/base/out_of_memory.h"
+#include "embedded/column/large_object.h"
+#include "embedded/column/pool.h"
 
 #include <bcast/codes.h>
-#include "services/column.h"
+#include <services/column.h>
 
-#include "embedded/base/by_machine.h"
-#include "embedded/column/large_object.h"
-#include "embedded/base/out_of_memory.h"
-#include "embedded/column/pool.h"
+#include <cstring>
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "embedded/decimal/decimal.h"
 
-#include "services/decimal.h"
+#include <services/decimal.h>
 
 namespace embedded {
 

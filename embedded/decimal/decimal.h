@@ -24,17 +24,16 @@
 // ERR_TRUNCATED, and nothing is written.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-
-#include <algorithm>
-#include <array>
+#include "embedded/base/powers_of_ten.h"
+#include "embedded/base/words.h"
 
 #include <bcast/codes.h>
 #include <bcast/column.h>
 
-#include "embedded/base/powers_of_ten.h"
-#include "embedded/base/words.h"
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
 
 namespace embedded {
 
@@ -81,8 +80,7 @@ inline bool has_shape(int32_t len, int32_t prec) { return (len | prec) != 0; }
 
 inline shape shape_of(int32_t len, int32_t prec)
 {
-    if (uint32_t(len) - 1 < decimal_digits_max &&
-        uint32_t(prec) <= uint32_t(len)) [[likely]]
+    if (uint32_t(len) - 1 < decimal_digits_max && uint32_t(prec) <= uint32_t(len)) [[likely]]
         return {uint32_t(len - prec), uint32_t(prec)};
     if (!has_shape(len, prec))
         return {decimal_digits_max, decimal_digits_max};

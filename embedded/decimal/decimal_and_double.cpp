@@ -1,12 +1,12 @@
-#include "services/decimal.h"
+#include "embedded/base/powers_of_ten.h"
+#include "embedded/base/short_text.h"
+#include "embedded/decimal/decimal.h"
+
+#include <services/decimal.h>
 
 #include <bit>
 #include <charconv>
 #include <cmath>
-
-#include "embedded/decimal/decimal.h"
-#include "embedded/base/powers_of_ten.h"
-#include "embedded/base/short_text.h"
 
 namespace embedded {
 
@@ -82,8 +82,7 @@ double divide_exactly(uint64_t dividend, uint64_t divisor)
 {
     const decimal value = read_decimal(src);
     if (is_short(value.coefficient) && value.scale <= power_max)
-        return with_sign(divide_exactly(uint64_t(value.coefficient), powers_of_ten[value.scale]),
-                         value.negative);
+        return with_sign(divide_exactly(uint64_t(value.coefficient), powers_of_ten[value.scale]), value.negative);
     char text[64];
     int32_t size;
     xdec_to_char_with_zero(src, text, sizeof text, 0, 0, &size);
@@ -113,10 +112,9 @@ double xdec_get_double(const xdec *src, int32_t *status)
     const auto coefficient = embedded::load<embedded::uint128>(src->bytes + 8);
     const uint32_t scale = embedded::scale_of(src);
     // Both are exact doubles: the one division rounds as the value itself would.
-    if (embedded::is_short(coefficient) && uint64_t(coefficient) >> 53 == 0 &&
-        scale <= embedded::exact_power_max) [[likely]]
-        return embedded::with_sign(double(int64_t(coefficient)) /
-                                       embedded::exact_powers_of_ten[scale],
+    if (embedded::is_short(coefficient) && uint64_t(coefficient) >> 53 == 0 && scale <= embedded::exact_power_max)
+        [[likely]]
+        return embedded::with_sign(double(int64_t(coefficient)) / embedded::exact_powers_of_ten[scale],
                                    embedded::is_negative(src));
     return embedded::wide_to_double(src);
 }

@@ -1,9 +1,9 @@
-#include "services/decimal.h"
-
-#include "embedded/text/bare_number.h"
 #include "embedded/base/by_machine.h"
-#include "embedded/text/decimal_literal.h"
 #include "embedded/decimal/plain_decimal.h"
+#include "embedded/text/bare_number.h"
+#include "embedded/text/decimal_literal.h"
+
+#include <services/decimal.h>
 
 namespace embedded {
 
@@ -20,8 +20,7 @@ int32_t literal_to_decimal(const bare_number &number, shape room, xdec *out)
     if (first == count)
         return write_fitting({}, room, out);
 
-    const int64_t before_point =
-        int64_t(literal.whole_count) - int64_t(first) + literal.exponent;
+    const int64_t before_point = int64_t(literal.whole_count) - int64_t(first) + literal.exponent;
     if (before_point > room.whole_digits)
         return ERR_OVERFLOW;
     const int64_t scale = std::min<int64_t>(room.scale, decimal_digits_max - std::max<int64_t>(before_point, 0));
@@ -30,8 +29,7 @@ int32_t literal_to_decimal(const bare_number &number, shape room, xdec *out)
         return write_fitting({}, room, out);
     // Behind the digits there are zeros, of which those before the point count.
     const int64_t kept = std::min(fitting, std::max(before_point, int64_t(count - first)));
-    decimal value = {literal.negative, uint32_t(kept - before_point),
-                     literal.value(first, size_t(kept))};
+    decimal value = {literal.negative, uint32_t(kept - before_point), literal.value(first, size_t(kept))};
     const size_t next = first + size_t(kept);
     value.coefficient += next < count && literal.digit(next) >= '5';
     cut_zeros(&value);

@@ -1,11 +1,11 @@
-#include "services/decimal.h"
+#include "embedded/base/by_machine.h"
+#include "embedded/base/short_text.h"
+#include "embedded/base/written_digits.h"
+#include "embedded/decimal/decimal.h"
+
+#include <services/decimal.h>
 
 #include <cstring>
-
-#include "embedded/base/by_machine.h"
-#include "embedded/decimal/decimal.h"
-#include "embedded/base/written_digits.h"
-#include "embedded/base/short_text.h"
 
 namespace embedded {
 

@@ -5,8 +5,8 @@
 #pragma once
 
 #include "embedded/base/characters.h"
-#include "embedded/decimal/decimal.h"
 #include "embedded/base/short_text.h"
+#include "embedded/decimal/decimal.h"
 
 namespace embedded {
 

@@ -14,14 +14,13 @@
 // The fields of an interval are all of one sign. What is done to one goes by its total: months, or microseconds.
 #pragma once
 
-#include <cstdint>
+#include <bcast/codes.h>
+#include <services/interval.h>
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <optional>
-
-#include <bcast/codes.h>
-#include "services/interval.h"
 
 namespace embedded {
 
@@ -99,8 +98,7 @@ template <class Interval> bool has_more_than(const interval_shape &shape, const 
     const size_t end = shape.has_fraction() ? fields.size() : shape.last + 1;
     return (before && std::any_of(fields.begin(), fields.begin() + ptrdiff_t(shape.first),
                                   [](int32_t field) { return field != 0; })) ||
-           std::any_of(fields.begin() + ptrdiff_t(end), fields.end(),
-                       [](int32_t field) { return field != 0; });
+           std::any_of(fields.begin() + ptrdiff_t(end), fields.end(), [](int32_t field) { return field != 0; });
 }
 
 // A total in the fields of a shape, each below its limit but for the leading one, without a sign. What is below the

@@ -10,11 +10,11 @@
 // A lone number is the leading field. A field that does not lead has one or two digits and is below its limit; between
 // day and hour stands at least one blank, and between others nothing else than the separator. A second may have a
 // fraction of any length, also none behind the point.
-#include <charconv>
-#include <cstring>
-
 #include "embedded/base/characters.h"
 #include "embedded/interval/interval.h"
+
+#include <charconv>
+#include <cstring>
 
 namespace embedded {
 

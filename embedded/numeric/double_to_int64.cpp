@@ -1,9 +1,8 @@
 // A double as an integer.
-#include "services/numeric.h"
+#include "embedded/numeric/in_int64.h"
 
 #include <bcast/codes.h>
-
-#include "embedded/numeric/in_int64.h"
+#include <services/numeric.h>
 
 // To the nearest integer, ties to even, whatever the rounding mode is: cuts, and then looks at what it cut. A value
 // that has a fraction is far from the limits. Fractions are as good as random: no branch on them.

@@ -1,11 +1,10 @@
-#include "services/numeric.h"
-
-#include <cstring>
+#include <services/numeric.h>
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <cstring>
 #include <limits>
 #include <string_view>
 
@@ -58,6 +57,5 @@ template <class Number> int32_t write_number(Number value, char *buf)
 // the floats of these two); otherwise like 1.5e+20 and 1e-07. The sign of -0 is shown, that of NaN is not.
 int32_t vq_dou2char(int32_t kind, double value, char *buf)
 {
-    return kind == BCAST_WAS_FLOAT ? embedded::write_number(float(value), buf)
-                                   : embedded::write_number(value, buf);
+    return kind == BCAST_WAS_FLOAT ? embedded::write_number(float(value), buf) : embedded::write_number(value, buf);
 }

@@ -1,11 +1,10 @@
 // Whether a number fits a type, for casts that ask first.
-#include "services/numeric.h"
-
-#include <cmath>
+#include "embedded/numeric/in_int64.h"
 
 #include <bcast/codes.h>
+#include <services/numeric.h>
 
-#include "embedded/numeric/in_int64.h"
+#include <cmath>
 
 // Infinity and NaN are no numbers.
 int32_t ntype_is_double_overflow(double value) { return std::isfinite(value) ? 0 : ERR_OVERFLOW; }

@@ -1,11 +1,10 @@
 // The days of the calendar, and the times of a day.
 #pragma once
 
-#include <cstdint>
+#include "embedded/temporal/temporal.h"
 
 #include <chrono>
-
-#include "embedded/temporal/temporal.h"
+#include <cstdint>
 
 namespace embedded {
 
@@ -47,9 +46,7 @@ inline date_fields date_of(std::chrono::sys_days number)
 {
     const std::chrono::year_month_day date(number);
     const auto year = uint32_t(int(date.year()));
-    return {uint8_t(year / 100), uint8_t(year % 100),
-            uint8_t(unsigned(date.month())),
-            uint8_t(unsigned(date.day()))};
+    return {uint8_t(year / 100), uint8_t(year % 100), uint8_t(unsigned(date.month())), uint8_t(unsigned(date.day()))};
 }
 
 } // namespace embedded

@@ -8,13 +8,12 @@
 // to the reader of any text.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-
-#include <array>
-
 #include "embedded/base/short_text.h"
 #include "embedded/temporal/temporal.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
 
 namespace embedded {
 
@@ -179,8 +178,7 @@ struct avx512_iso {
     // Moves the characters behind the second half's first size - 16.
     BCAST_AVX512 static __m256i move_up(uint64_t characters, size_t size)
     {
-        const __m128i moved =
-            _mm_shuffle_epi8(_mm_cvtsi64_si128(int64_t(characters)), load_half(slide + 32 - size));
+        const __m128i moved = _mm_shuffle_epi8(_mm_cvtsi64_si128(int64_t(characters)), load_half(slide + 32 - size));
         return _mm256_inserti128_si256(_mm256_setzero_si256(), moved, 1);
     }
 

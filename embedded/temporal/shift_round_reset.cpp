@@ -1,8 +1,7 @@
-#include "services/temporal.h"
+#include "embedded/temporal/temporal_arithmetic.h"
 
 #include <bcast/codes.h>
-
-#include "embedded/temporal/temporal_arithmetic.h"
+#include <services/temporal.h>
 
 namespace embedded {
 

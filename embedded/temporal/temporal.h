@@ -18,11 +18,11 @@
 // some text and some result, and does no harm.
 #pragma once
 
-#include <cstdint>
-
-#include "services/temporal.h"
-
 #include "embedded/base/words.h"
+
+#include <services/temporal.h>
+
+#include <cstdint>
 
 namespace embedded {
 

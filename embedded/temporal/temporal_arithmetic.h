@@ -2,9 +2,9 @@
 // the value as it was.
 #pragma once
 
-#include <cstdint>
-
 #include "embedded/temporal/temporal.h"
+
+#include <cstdint>
 
 namespace embedded {
 

@@ -1,11 +1,10 @@
-#include "services/temporal.h"
-
-#include <bcast/codes.h>
-
 #include "embedded/base/by_machine.h"
 #include "embedded/base/characters.h"
 #include "embedded/temporal/iso_text.h"
 #include "embedded/temporal/temporal_reader.h"
+
+#include <bcast/codes.h>
+#include <services/temporal.h>
 
 namespace embedded {
 

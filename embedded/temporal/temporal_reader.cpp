@@ -1,10 +1,10 @@
 #include "embedded/temporal/temporal_reader.h"
 
-#include <bcast/codes.h>
-
-#include "embedded/temporal/calendar.h"
 #include "embedded/base/characters.h"
+#include "embedded/temporal/calendar.h"
 #include "embedded/temporal/temporal_arithmetic.h"
+
+#include <bcast/codes.h>
 
 namespace embedded {
 

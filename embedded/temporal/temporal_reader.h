@@ -17,10 +17,10 @@
 // digits, ties up, and carries through to the date.
 #pragma once
 
+#include "embedded/temporal/temporal.h"
+
 #include <cstddef>
 #include <cstdint>
-
-#include "embedded/temporal/temporal.h"
 
 namespace embedded {
 

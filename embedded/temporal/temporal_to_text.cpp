@@ -1,9 +1,9 @@
-#include "services/temporal.h"
-
-#include <algorithm>
-
 #include "embedded/base/by_machine.h"
 #include "embedded/temporal/iso_text.h"
+
+#include <services/temporal.h>
+
+#include <algorithm>
 
 namespace embedded {
 

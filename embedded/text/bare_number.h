@@ -2,11 +2,11 @@
 // of plain numbers get it where they refuse a text as it is, and the reader of literals where they refuse that too.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-
 #include "embedded/base/characters.h"
 #include "embedded/base/short_text.h"
+
+#include <cstddef>
+#include <cstdint>
 
 namespace embedded {
 

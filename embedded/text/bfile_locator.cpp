@@ -1,4 +1,4 @@
-#include "services/text.h"
+#include <services/text.h>
 
 #include <algorithm>
 #include <string_view>

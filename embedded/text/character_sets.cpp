@@ -1,9 +1,9 @@
-#include "services/text.h"
+#include "embedded/base/words.h"
+
+#include <services/text.h>
 
 #include <algorithm>
 #include <bit>
-
-#include "embedded/base/words.h"
 
 namespace embedded {
 
@@ -134,8 +134,8 @@ whole_characters count_characters(const uint8_t *text, size_t limit, int32_t cha
 int32_t vq_get_valid_chars(const char *text, int32_t limit, int32_t charset, uint32_t *valid_chars,
                            uint32_t *valid_bytes)
 {
-    const auto whole = embedded::count_characters(reinterpret_cast<const uint8_t *>(text),
-                                                  size_t(std::max(limit, 0)), charset);
+    const auto whole =
+        embedded::count_characters(reinterpret_cast<const uint8_t *>(text), size_t(std::max(limit, 0)), charset);
     *valid_chars = uint32_t(whole.count);
     *valid_bytes = uint32_t(whole.bytes);
     return 0;

@@ -1,9 +1,9 @@
 #include "embedded/text/decimal_literal.h"
 
-#include <algorithm>
-
 #include "embedded/base/characters.h"
 #include "embedded/base/short_text.h"
+
+#include <algorithm>
 
 namespace embedded {
 

@@ -6,11 +6,11 @@
 // Blanks are the bytes 9 to 13 and 32. A bare number has neither blanks nor the first sign.
 #pragma once
 
+#include "embedded/base/powers_of_ten.h"
+#include "embedded/text/bare_number.h"
+
 #include <cstddef>
 #include <cstdint>
-
-#include "embedded/text/bare_number.h"
-#include "embedded/base/powers_of_ten.h"
 
 namespace embedded {
 

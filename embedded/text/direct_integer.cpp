@@ -1,9 +1,8 @@
-#include "services/text.h"
-
-#include <bcast/codes.h>
-
 #include "embedded/base/by_machine.h"
 #include "embedded/text/integer_part.h"
+
+#include <bcast/codes.h>
+#include <services/text.h>
 
 namespace embedded {
 

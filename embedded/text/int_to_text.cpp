@@ -1,12 +1,11 @@
 // The decimal text of an int.
-#include "services/text.h"
-
-#include <bcast/codes.h>
-
-#include <cstdlib>
-
 #include "embedded/base/by_machine.h"
 #include "embedded/base/written_digits.h"
+
+#include <bcast/codes.h>
+#include <services/text.h>
+
+#include <cstdlib>
 
 namespace embedded {
 

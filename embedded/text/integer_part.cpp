@@ -1,8 +1,8 @@
 #include "embedded/text/integer_part.h"
 
-#include <algorithm>
-
 #include "embedded/base/powers_of_ten.h"
+
+#include <algorithm>
 
 namespace embedded {
 
@@ -30,8 +30,7 @@ bool read_short_number(const bare_number &number, integer_part *part)
         return false;
     *part = {number.negative, true, value.digits, false, true};
     if (value.scale < 0) {
-        part->fits =
-            !__builtin_mul_overflow(value.digits, powers_of_ten[size_t(-value.scale)], &part->magnitude);
+        part->fits = !__builtin_mul_overflow(value.digits, powers_of_ten[size_t(-value.scale)], &part->magnitude);
     } else if (value.scale > 0) {
         const uint64_t one = powers_of_ten[size_t(value.scale)], rest = value.digits % one;
         part->magnitude = value.digits / one;
@@ -63,8 +62,7 @@ integer_part integer_part_of(const decimal_literal &literal)
     const size_t first = literal.behind_zeros(0);
     if (first == count)
         return {literal.negative, true, 0, false, true};
-    const int64_t before_point =
-        int64_t(literal.whole_count) - int64_t(first) + literal.exponent;
+    const int64_t before_point = int64_t(literal.whole_count) - int64_t(first) + literal.exponent;
     if (before_point < 0)
         return {literal.negative, true, 0, false, false};
     if (before_point > most_digits)

@@ -1,8 +1,8 @@
 // What the parsers of integers share, before one rounds and another cuts.
 #pragma once
 
-#include "embedded/text/decimal_literal.h"
 #include "embedded/base/short_text.h"
+#include "embedded/text/decimal_literal.h"
 
 namespace embedded {
 

@@ -1,15 +1,14 @@
-#include "services/text.h"
+#include "embedded/base/by_machine.h"
+#include "embedded/base/powers_of_ten.h"
+#include "embedded/text/bare_number.h"
+#include "embedded/text/integer_part.h"
+
+#include <bcast/codes.h>
+#include <services/text.h>
 
 #include <array>
 #include <charconv>
 #include <cmath>
-
-#include <bcast/codes.h>
-
-#include "embedded/text/bare_number.h"
-#include "embedded/base/by_machine.h"
-#include "embedded/text/integer_part.h"
-#include "embedded/base/powers_of_ten.h"
 
 namespace embedded {
 

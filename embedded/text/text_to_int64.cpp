@@ -1,10 +1,9 @@
 // The number that a text spells, as the nearest int64.
-#include "services/text.h"
-
-#include <bcast/codes.h>
-
 #include "embedded/base/by_machine.h"
 #include "embedded/text/integer_part.h"
+
+#include <bcast/codes.h>
+#include <services/text.h>
 
 namespace embedded {
 

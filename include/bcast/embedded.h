@@ -71,11 +71,11 @@
 #ifndef BCAST_EMBEDDED_H
 #define BCAST_EMBEDDED_H
 
-#include <stdbool.h>
-
 #include "codes.h"
 #include "column.h"
 #include "type.h"
+
+#include <stdbool.h>
 
 #ifdef __cplusplus
 extern "C" {

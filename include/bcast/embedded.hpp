@@ -18,6 +18,8 @@
 #ifndef BCAST_EMBEDDED_HPP
 #define BCAST_EMBEDDED_HPP
 
+#include "embedded.h"
+
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -28,8 +30,6 @@
 #include <stdexcept>
 #include <string_view>
 #include <type_traits>
-
-#include "embedded.h"
 
 namespace bcast {
 

@@ -7,11 +7,10 @@
 #include "src/frame/row_walk.h"
 #include "src/frame/scratch.h"
 
-#include "services/binary.h"
-#include "services/decimal.h"
-#include "services/numeric.h"
-
 #include <bcast/casts.h>
+#include <services/binary.h>
+#include <services/decimal.h>
+#include <services/numeric.h>
 
 namespace {
 

@@ -7,11 +7,10 @@
 #include "src/frame/scratch.h"
 #include "src/frame/short_copy.h"
 
-#include "services/binary.h"
-#include "services/column.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/binary.h>
+#include <services/column.h>
 
 namespace {
 

@@ -7,11 +7,10 @@
 #include "src/frame/text_length.h"
 #include "src/frame/working_value.h"
 
-#include "services/binary.h"
-#include "services/column.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/binary.h>
+#include <services/column.h>
 
 namespace {
 

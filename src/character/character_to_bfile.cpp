@@ -3,11 +3,10 @@
 
 #include "src/frame/row_walk.h"
 
-#include "services/column.h"
-#include "services/text.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/column.h>
+#include <services/text.h>
 
 int32_t bcast_varchar_to_bfile(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
                                uint16_t rows, int32_t *err_codes, uint16_t *err_count)

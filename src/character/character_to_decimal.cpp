@@ -7,9 +7,8 @@
 #include "src/frame/decimal_shape.h"
 #include "src/frame/scratch.h"
 
-#include "services/decimal.h"
-
 #include <bcast/casts.h>
+#include <services/decimal.h>
 
 namespace {
 

@@ -4,10 +4,9 @@
 
 #include "src/character/sources.h"
 
-#include "services/numeric.h"
-#include "services/text.h"
-
 #include <bcast/casts.h>
+#include <services/numeric.h>
+#include <services/text.h>
 
 namespace {
 

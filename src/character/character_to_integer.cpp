@@ -4,10 +4,9 @@
 #include "src/character/sources.h"
 #include "src/frame/integer_range.h"
 
-#include "services/text.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/text.h>
 
 namespace {
 

@@ -4,10 +4,9 @@
 
 #include "src/frame/row_walk.h"
 
-#include "services/text.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/text.h>
 
 #include <limits>
 

@@ -5,11 +5,10 @@
 #include "src/frame/alias.h"
 #include "src/frame/row_walk.h"
 
-#include "services/column.h"
-#include "services/text.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/column.h>
+#include <services/text.h>
 
 namespace {
 

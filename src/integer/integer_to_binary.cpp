@@ -8,11 +8,10 @@
 #include "src/frame/scratch.h"
 #include "src/frame/short_store.h"
 
-#include "services/column.h"
-#include "services/numeric.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/column.h>
+#include <services/numeric.h>
 
 #include <algorithm>
 

@@ -6,9 +6,8 @@
 #include "src/frame/row_walk.h"
 #include "src/frame/scratch.h"
 
-#include "services/decimal.h"
-
 #include <bcast/casts.h>
+#include <services/decimal.h>
 
 namespace {
 

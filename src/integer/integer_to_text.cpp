@@ -10,11 +10,10 @@
 #include "src/frame/short_store.h"
 #include "src/frame/working_value.h"
 
-#include "services/column.h"
-#include "services/text.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/column.h>
+#include <services/text.h>
 
 namespace {
 

@@ -5,10 +5,9 @@
 #include "src/frame/common_runs.h"
 #include "src/frame/row_walk.h"
 
-#include "services/numeric.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/numeric.h>
 
 namespace {
 

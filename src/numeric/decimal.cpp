@@ -7,11 +7,10 @@
 #include "src/frame/row_walk.h"
 #include "src/frame/scratch.h"
 
-#include "services/decimal.h"
-#include "services/numeric.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/decimal.h>
+#include <services/numeric.h>
 
 namespace {
 

@@ -7,11 +7,10 @@
 #include "src/frame/scratch.h"
 #include "src/frame/working_value.h"
 
-#include "services/column.h"
-#include "services/decimal.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/column.h>
+#include <services/decimal.h>
 
 namespace {
 

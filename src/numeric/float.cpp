@@ -11,11 +11,10 @@
 #include "src/frame/scratch.h"
 #include "src/numeric/floating_to_text.h"
 
-#include "services/decimal.h"
-#include "services/numeric.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/decimal.h>
+#include <services/numeric.h>
 
 namespace {
 

@@ -6,10 +6,9 @@
 #include "src/frame/row_walk.h"
 #include "src/frame/working_value.h"
 
-#include "services/column.h"
-#include "services/numeric.h"
-
 #include <bcast/codes.h>
+#include <services/column.h>
+#include <services/numeric.h>
 
 template <class Element> struct floating_text {
     char bytes[504]; // the room that the service may use

@@ -6,10 +6,9 @@
 #include "src/frame/row_walk.h"
 #include "src/frame/scratch.h"
 
-#include "services/interval.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/interval.h>
 
 namespace {
 

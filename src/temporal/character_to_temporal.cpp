@@ -6,10 +6,9 @@
 #include "src/frame/scratch.h"
 #include "src/frame/short_copy.h"
 
-#include "services/temporal.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/temporal.h>
 
 namespace {
 

@@ -4,9 +4,8 @@
 #include "src/frame/row_walk.h"
 #include "src/frame/scratch.h"
 
-#include "services/temporal.h"
-
 #include <bcast/casts.h>
+#include <services/temporal.h>
 
 namespace {
 

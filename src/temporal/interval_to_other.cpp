@@ -7,11 +7,10 @@
 #include "src/frame/scratch.h"
 #include "src/frame/text_length.h"
 
-#include "services/column.h"
-#include "services/interval.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/column.h>
+#include <services/interval.h>
 
 namespace {
 

@@ -12,9 +12,8 @@
 #include "src/frame/row_walk.h"
 #include "src/temporal/copy_run.h"
 
-#include "services/temporal.h"
-
 #include <bcast/casts.h>
+#include <services/temporal.h>
 
 namespace {
 

@@ -6,11 +6,10 @@
 #include "src/frame/text_length.h"
 #include "src/frame/working_value.h"
 
-#include "services/column.h"
-#include "services/temporal.h"
-
 #include <bcast/casts.h>
 #include <bcast/codes.h>
+#include <services/column.h>
+#include <services/temporal.h>
 
 namespace {
 

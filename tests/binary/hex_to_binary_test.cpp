@@ -1,9 +1,10 @@
 // Hexadecimal text to binary and varbinary: four casts under twelve names. They differ in what becomes of a value that
 // is longer or shorter than the target, and of an empty text; each name against its own line of the table below.
 
-#include "services/binary.h"
 #include "tests/character/text_rows.h"
 #include "tests/support/settings.h"
+
+#include <services/binary.h>
 
 #include <algorithm>
 #include <limits>

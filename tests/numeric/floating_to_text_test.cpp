@@ -4,7 +4,7 @@
 #include "tests/numeric/floating_values.h"
 #include "tests/support/row_cast.h"
 
-#include "services/numeric.h"
+#include <services/numeric.h>
 
 #include <limits>
 

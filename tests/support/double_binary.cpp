@@ -1,10 +1,10 @@
 #include "tests/support/double_binary.h"
 
-#include "services/binary.h"
 #include "tests/support/call.h"
 #include "tests/support/service_double.h"
 
 #include <bcast/codes.h>
+#include <services/binary.h>
 
 #include <algorithm>
 #include <charconv>

@@ -1,10 +1,10 @@
 #include "tests/support/double_character.h"
 
-#include "services/text.h"
 #include "tests/support/call.h"
 #include "tests/support/service_double.h"
 
 #include <bcast/codes.h>
+#include <services/text.h>
 
 #include <charconv>
 

@@ -1,9 +1,10 @@
 #include "tests/support/double_numeric.h"
 
-#include "services/decimal.h"
-#include "services/numeric.h"
 #include "tests/support/element_cast.h"
 #include "tests/support/service_double.h"
+
+#include <services/decimal.h>
+#include <services/numeric.h>
 
 #include <algorithm>
 #include <bit>

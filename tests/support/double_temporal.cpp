@@ -1,10 +1,11 @@
 #include "tests/support/double_temporal.h"
 
-#include "services/interval.h"
-#include "services/temporal.h"
 #include "tests/support/call.h"
 #include "tests/support/element_cast.h"
 #include "tests/support/service_double.h"
+
+#include <services/interval.h>
+#include <services/temporal.h>
 
 #include <algorithm>
 #include <cstring>

@@ -1,11 +1,11 @@
 #include "tests/support/service_double.h"
 
-#include "services/column.h"
-#include "services/numeric.h"
-#include "services/text.h"
 #include "tests/support/call.h"
 
 #include <bcast/codes.h>
+#include <services/column.h>
+#include <services/numeric.h>
+#include <services/text.h>
 
 #include <bit>
 #include <charconv>

@@ -2,9 +2,8 @@
 // library.
 #pragma once
 
-#include <services/temporal.h>
-
 #include <bcast/codes.h>
+#include <services/temporal.h>
 
 #include <chrono>
 #include <cstddef>

@@ -2,7 +2,7 @@
 
 #include "tests/temporal/rows.h"
 
-#include "services/interval.h"
+#include <services/interval.h>
 
 #include <limits>
 

@@ -1,8 +1,7 @@
 // Text to intervals, and intervals to text.
 
-#include "tests/temporal/rows.h"
-
 #include "tests/support/settings.h"
+#include "tests/temporal/rows.h"
 
 namespace bcast::test {
 namespace {

@@ -3,7 +3,7 @@
 
 #include "tests/temporal/rows.h"
 
-#include "services/temporal.h"
+#include <services/temporal.h>
 
 namespace bcast::test {
 namespace {

@@ -1,9 +1,9 @@
 // Temporal values as text, and a datetime as varchar: the services write the characters, and 0 is their failure.
 
+#include "tests/support/settings.h"
 #include "tests/temporal/rows.h"
 
-#include "services/temporal.h"
-#include "tests/support/settings.h"
+#include <services/temporal.h>
 
 namespace bcast::test {
 namespace {

@@ -1,7 +1,6 @@
+#include "../support/guarded.h"
 #include "plain_csv.h"
 #include "tools/csv_reader.h"
-
-#include "../support/guarded.h"
 
 #include <gtest/gtest.h>
 

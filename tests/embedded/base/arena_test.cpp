@@ -1,5 +1,3 @@
-#include <embedded/base/arena.h>
-
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -7,6 +5,8 @@
 #include <set>
 #include <utility>
 #include <vector>
+
+#include <embedded/base/arena.h>
 
 namespace bcast::test {
 

@@ -3,9 +3,8 @@
 // not allow.
 #include "tests/embedded/support.h"
 
-#include <services/column.h>
-
 #include <bcast/embedded.hpp>
+#include <services/column.h>
 
 #include <cerrno>
 #include <cstdlib>

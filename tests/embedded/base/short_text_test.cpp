@@ -1,13 +1,13 @@
 // Each kind of machine by its name, whatever the one that the tests run on.
 #include "tests/support/guarded.h"
 
-#include <embedded/base/short_text.h>
-
 #include <gtest/gtest.h>
 
 #include <random>
 #include <string>
 #include <vector>
+
+#include <embedded/base/short_text.h>
 
 namespace bcast::test {
 

@@ -1,8 +1,6 @@
 // The services, and behind them each kind of machine by its name.
 #include "tests/support/guarded.h"
 
-#include <embedded/binary/hex.h>
-
 #include <bcast/codes.h>
 #include <services/binary.h>
 
@@ -15,6 +13,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <embedded/binary/hex.h>
 
 namespace bcast::test {
 

@@ -1,13 +1,13 @@
 // Each kind of machine by its name, whatever the one that the tests run on.
 #include "tests/support/guarded.h"
 
-#include <embedded/column/column.h>
-
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <embedded/column/column.h>
 
 namespace bcast::test {
 

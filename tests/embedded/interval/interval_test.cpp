@@ -1,8 +1,7 @@
 // Interval services: shapes, precisions, text in both directions.
 
-#include "services/interval.h"
-
 #include <bcast/codes.h>
+#include <services/interval.h>
 
 #include <gtest/gtest.h>
 
