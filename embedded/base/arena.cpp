@@ -1,3 +1,4 @@
+// Blocks of memory that are given back together: the slow half, where a block is taken.
 #include "embedded/base/arena.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The SQL types and the failure codes by name.
 #include <bcast/embedded.h>
 
 #include <algorithm>

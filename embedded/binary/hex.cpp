@@ -1,3 +1,4 @@
+// Hexadecimal text into bytes, and bytes into hexadecimal text.
 #include "embedded/binary/hex.h"
 
 #include "embedded/base/by_machine.h"

@@ -1,3 +1,4 @@
+// The columns that a program makes, fills, selects from and reads.
 #include "embedded/column/column.h"
 
 #include "embedded/column/copy_row.h"

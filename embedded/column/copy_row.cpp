@@ -1,3 +1,4 @@
+// Rows copied from one column into another, flags and all.
 #include "embedded/column/copy_row.h"
 
 #include "embedded/base/by_machine.h"

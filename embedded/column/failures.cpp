@@ -1,3 +1,4 @@
+// The record in which a capturing cast notes the rows that failed.
 #include <bcast/embedded.h>
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Bytes into the arena of a column, however many.
 #include "embedded/column/keep_bytes.h"
 
 #include <cstdint>

@@ -1,3 +1,4 @@
+// The value in a large-object constant, found again.
 #include "embedded/column/large_object.h"
 
 #include <bcast/embedded.h>

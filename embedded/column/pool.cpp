@@ -1,3 +1,4 @@
+// Pools, as a program makes and empties them.
 #include "embedded/column/pool.h"
 
 #include <algorithm>

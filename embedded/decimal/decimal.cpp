@@ -1,3 +1,4 @@
+// Decimals from integers, into integers, and from one shape into another.
 #include "embedded/decimal/decimal.h"
 
 #include <services/decimal.h>

@@ -1,3 +1,4 @@
+// Decimals from doubles, and doubles from decimals.
 #include "embedded/base/powers_of_ten.h"
 #include "embedded/base/short_text.h"
 #include "embedded/decimal/decimal.h"

@@ -1,3 +1,4 @@
+// Decimals from text, rounded into their shape.
 #include "embedded/base/by_machine.h"
 #include "embedded/decimal/plain_decimal.h"
 #include "embedded/text/bare_number.h"

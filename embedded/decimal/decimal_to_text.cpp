@@ -1,3 +1,4 @@
+// The text of decimals, with the digits of a shape or without one.
 #include "embedded/base/by_machine.h"
 #include "embedded/base/short_text.h"
 #include "embedded/base/written_digits.h"

@@ -1,3 +1,4 @@
+// Intervals checked against a shape, and made anew in another one.
 #include "embedded/interval/interval.h"
 
 namespace embedded {

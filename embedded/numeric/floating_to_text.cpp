@@ -1,3 +1,4 @@
+// The shortest digits of a float or double.
 #include <services/numeric.h>
 
 #include <algorithm>

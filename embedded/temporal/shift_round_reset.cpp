@@ -1,3 +1,5 @@
+// What is done to a value between two columns: its zone read and set, minutes added, the second rounded, fields
+// cleared.
 #include "embedded/temporal/temporal_arithmetic.h"
 
 #include <bcast/codes.h>

@@ -1,3 +1,4 @@
+// Sums of minutes and of millionths, carried through to the date.
 #include "embedded/temporal/temporal_arithmetic.h"
 
 #include "embedded/temporal/calendar.h"

@@ -1,3 +1,4 @@
+// Dates and times from the digits of an integer.
 #include "embedded/temporal/calendar.h"
 
 #include <bcast/codes.h>

@@ -1,3 +1,4 @@
+// Dates and times from text: the usual forms at once, any other by the reader of all of them.
 #include "embedded/base/by_machine.h"
 #include "embedded/base/characters.h"
 #include "embedded/temporal/iso_text.h"

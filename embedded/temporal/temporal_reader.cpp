@@ -1,3 +1,4 @@
+// The reader of every text that is a date or time.
 #include "embedded/temporal/temporal_reader.h"
 
 #include "embedded/base/characters.h"

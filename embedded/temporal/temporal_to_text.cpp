@@ -1,3 +1,4 @@
+// The text of dates and times.
 #include "embedded/base/by_machine.h"
 #include "embedded/temporal/iso_text.h"
 

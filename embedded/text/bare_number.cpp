@@ -1,3 +1,4 @@
+// What stands around a number passed over in words, and short numbers read at once.
 #include "embedded/text/bare_number.h"
 
 #include <cstring>

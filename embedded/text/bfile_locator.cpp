@@ -1,3 +1,4 @@
+// Whether a text is a bfile locator.
 #include <services/text.h>
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// How many bytes of a text are whole characters.
 #include "embedded/base/words.h"
 
 #include <services/text.h>

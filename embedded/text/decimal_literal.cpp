@@ -1,3 +1,4 @@
+// The reader of every text that is a number.
 #include "embedded/text/decimal_literal.h"
 
 #include "embedded/base/characters.h"

@@ -1,3 +1,4 @@
+// The number that a text spells, cut toward zero, for a comparison with integers.
 #include "embedded/base/by_machine.h"
 #include "embedded/text/integer_part.h"
 

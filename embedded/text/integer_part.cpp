@@ -1,3 +1,4 @@
+// The whole part of every text that is a number.
 #include "embedded/text/integer_part.h"
 
 #include "embedded/base/powers_of_ten.h"

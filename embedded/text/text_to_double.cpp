@@ -1,3 +1,4 @@
+// The double that is nearest to the number that a text spells.
 #include "embedded/base/by_machine.h"
 #include "embedded/base/powers_of_ten.h"
 #include "embedded/text/bare_number.h"

@@ -1,3 +1,4 @@
+// The elements of selected rows, moved and blended as words.
 #include "src/frame/block_walk.h"
 
 namespace {

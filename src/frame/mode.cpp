@@ -1,3 +1,4 @@
+// The settings that casts read.
 #include <bcast/casts.h>
 
 bcast_var global_bcast_var = {0, 0};
