@@ -4,6 +4,7 @@
 #include "tests/support/batch.h"
 #include "tests/support/call.h"
 #include "tests/support/service_double.h"
+#include "tests/support/text_element.h"
 
 #include <cstdint>
 #include <memory>
@@ -11,9 +12,6 @@
 #include <vector>
 
 namespace bcast::test {
-
-// The pad_len of elements in casts that have no business with it.
-inline constexpr int32_t unread_pad_len = 0x20202020;
 
 struct text_rows {
     text_rows(const setup &given, uint32_t row_count, size_t target_bytes)

@@ -18,6 +18,12 @@
 
 namespace bcast::test {
 
+// The bytes of an element.
+template <class T> std::string image_of(const T &element)
+{
+    return {reinterpret_cast<const char *>(&element), sizeof element};
+}
+
 // How the rows of a batch lie in their column.
 enum class selection {
     none,      // no sel: row i is column row i

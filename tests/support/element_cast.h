@@ -22,12 +22,6 @@ enum class row_walk {
 
 enum class predicate { none, double_overflow };
 
-// The bytes of an element.
-template <class T> std::string image_of(const T &element)
-{
-    return {reinterpret_cast<const char *>(&element), sizeof element};
-}
-
 struct sample {
     std::string from;
     std::string to;

@@ -1,6 +1,9 @@
 #include "tests/support/row_cast.h"
 
+#include "tests/support/settings.h"
+
 #include <algorithm>
+#include <sstream>
 
 namespace bcast::test {
 
@@ -18,15 +21,19 @@ struct expectation {
     int32_t last_result = 0; // of these calls
 };
 
+// No source flag is looked at then, and each of the target's is 1.
 bool fills(const row_cast &c, const setup &how)
 {
-    return c.flags == row_flags::filled_when_no_null && how.no_null != 0;
+    return c.flags == row_flags::set || (how.no_null != 0 && (c.flags == row_flags::filled_when_no_null ||
+                                                              c.flags == row_flags::set_and_null_in_element));
 }
 
-bool is_converted(const row_cast &c, const setup &how, uint8_t flag)
+bool sets_flags(const row_cast &c, const setup &how)
 {
-    return flag != 0 || c.flags == row_flags::copied_for_all || fills(c, how);
+    return fills(c, how) || c.flags == row_flags::set_and_null_in_element;
 }
+
+bool is_converted(const row_cast &c, const setup &how, uint8_t flag) { return flag != 0 || c.converts_all(how); }
 
 const std::string &element_in(const row_cast &c, const setup &how, const batch_row &row)
 {
@@ -39,35 +46,49 @@ const void *place_of(const source_column &source, size_t stride, uint32_t row)
     return static_cast<const char *>(column.data->values) + (column.sel ? column.sel[row] : row) * stride;
 }
 
-// The calls of one row, up to one whose failure ends it; its code, or 0.
-int32_t expect_steps(row_outcome &outcome, const batch_plan &plan, expectation &expected)
+// A row's failure, if its code is below 0.
+struct row_end {
+    int32_t code;
+    bool ends_cast = false;
+};
+
+// The calls of one row, up to one whose failure ends it.
+row_end expect_steps(row_outcome &outcome, const batch_plan &plan, expectation &expected)
 {
     for (size_t k = 0; k < outcome.steps.size(); k++) {
         expected.calls.push_back(outcome.steps[k].call);
         if (!outcome.steps[k].failure)
             continue;
-        const auto result = plan.results.find(expected.calls_that_can_fail++);
-        expected.last_result = result == plan.results.end() ? 0 : result->second;
-        if (expected.last_result >= 0)
+        const auto planned = plan.results.find(expected.calls_that_can_fail++);
+        int32_t result = outcome.steps[k].result;
+        if (planned != plan.results.end() && (planned->second < 0 || result >= 0))
+            result = planned->second;
+        expected.last_result = result;
+        if (result >= 0)
             continue;
         switch (*outcome.steps[k].failure) {
         case service_failure::passes_its_code:
-            return result->second;
+            return {result};
+        case service_failure::ends_cast:
+            return {result, true};
         case service_failure::passes_overflow_only:
-            if (result->second != ERR_OVERFLOW)
+            if (result != ERR_OVERFLOW)
                 continue;
             [[fallthrough]];
         case service_failure::is_overflow:
-            return ERR_OVERFLOW;
+            return {ERR_OVERFLOW};
         case service_failure::is_to_char:
-            return ERR_TO_CHAR;
+            return {ERR_TO_CHAR};
         case service_failure::is_bad_interval:
-            return ERR_BAD_INTERVAL;
+            return {ERR_BAD_INTERVAL};
+        case service_failure::is_no_memory:
+            return {ERR_NO_MEMORY};
         case service_failure::is_not_looked_at:
-            outcome.behind_failure(outcome);
+            if (outcome.behind_failure)
+                outcome.behind_failure(outcome);
         }
     }
-    return outcome.status;
+    return {outcome.status};
 }
 
 void expect_converted(const row_input &input, const row_outcome &outcome, target_image &target)
@@ -76,6 +97,10 @@ void expect_converted(const row_input &input, const row_outcome &outcome, target
         target.texts[input.row] = *outcome.text;
     else
         target.put_bytes(input.row, outcome.element);
+    if (outcome.flag_over_element) {
+        target.flags[input.row] = *outcome.flag_over_element;
+        target.no_null = 0;
+    }
 }
 
 void expect_walk(const row_cast &c, const setup &how, const std::vector<batch_row> &rows, const batch_plan &plan,
@@ -83,13 +108,16 @@ void expect_walk(const row_cast &c, const setup &how, const std::vector<batch_ro
 {
     bool first = true;
     for (uint32_t row = 0; row < rows.size(); row++) {
-        expected.target.flags[row] = fills(c, how) ? 1 : rows[row].flag;
-        if (!is_converted(c, how, rows[row].flag))
+        expected.target.flags[row] = sets_flags(c, how) ? 1 : rows[row].flag;
+        if (!is_converted(c, how, rows[row].flag)) {
+            expected.target.put_bytes(row, c.null_result);
             continue;
-        const row_input input{rows[row].element, place_of(source, c.from_bytes(), row), target, row, first, how};
+        }
+        const row_input input{rows[row].element, place_of(source, c.from_bytes(), row), target, row, first, how,
+                              source.column()};
         first = false;
         row_outcome outcome = c.convert(input);
-        const int32_t code = expect_steps(outcome, plan, expected);
+        const auto [code, ends_cast] = expect_steps(outcome, plan, expected);
         if (code >= 0 && outcome.turns_null) {
             expected.target.flags[row] = 0;
             expected.target.no_null = 0;
@@ -100,15 +128,15 @@ void expect_walk(const row_cast &c, const setup &how, const std::vector<batch_ro
             continue;
         }
         expected.status = code;
-        if (c.failure_clears_flag)
+        if (c.failure_clears_flag && !outcome.failure_keeps_flag && !ends_cast)
             expected.target.flags[row] = 0;
         if (!outcome.failed_element.empty())
             expected.target.put_bytes(row, outcome.failed_element);
-        if (!plan.capture)
+        if (!plan.capture || ends_cast)
             return;
         expected.failures[row] = code;
     }
-    if (!c.no_null_ahead && !c.no_null_stays)
+    if (!c.no_null_ahead && !c.no_null_stays && !c.no_null_is_set)
         expected.target.no_null = how.no_null;
     if (c.status_is_last_result)
         expected.status = expected.last_result;
@@ -120,7 +148,9 @@ expectation expect(const row_cast &c, const setup &how, const std::vector<batch_
     expectation expected{target.image()};
     if (c.no_null_ahead)
         expected.target.no_null = how.no_null;
-    if (fills(c, how))
+    if (c.no_null_is_set)
+        expected.target.no_null = 1;
+    if (sets_flags(c, how))
         std::ranges::fill(expected.target.flags, uint8_t{1});
     if (c.flags == row_flags::copied_ahead && how.selected == selection::none)
         std::ranges::transform(rows, expected.target.flags.begin(), &batch_row::flag);
@@ -130,15 +160,30 @@ expectation expect(const row_cast &c, const setup &how, const std::vector<batch_
 
 void start_services(const batch_plan &plan)
 {
-    numeric_answers told = std::move(services().numeric);
-    temporal_answers told_of_time = std::move(services().temporal);
-    const bool outline_stays_inline = services().outline_stays_inline;
-    services().reset();
-    services().numeric = std::move(told);
-    services().temporal = std::move(told_of_time);
-    services().outline_stays_inline = outline_stays_inline;
+    services().start_batch();
     for (const auto &[call, result] : plan.results)
         services().fail_call(call, result);
+}
+
+std::string describe(const row_cast &c, const setup &how, const std::vector<batch_row> &rows, const batch_plan &plan)
+{
+    std::ostringstream out;
+    out << c.name << ", " << rows.size() << " rows, " << describe(how);
+    if (c.length != 0)
+        out << ", length " << c.length;
+    if (c.compat_mode != 0 || c.compat_mode2 != 0)
+        out << ", compat_mode " << c.compat_mode << ", compat_mode2 " << c.compat_mode2;
+    out << (plan.capture ? ", failures captured" : ", no err_codes");
+    for (const auto &[call, result] : plan.results)
+        out << "\n    call " << call << " of those that can fail gives " << result;
+    constexpr size_t shown = 12;
+    for (size_t row = 0; row < std::min(rows.size(), shown); row++) {
+        out << "\n    row " << row << ": flag " << int{rows[row].flag} << ", element" << std::hex;
+        for (const char byte : element_in(c, how, rows[row]))
+            out << ' ' << (byte >> 4 & 0xF) << (byte & 0xF);
+        out << std::dec;
+    }
+    return out.str();
 }
 
 // The number of calls that can fail in a batch that does not.
@@ -159,6 +204,12 @@ std::vector<uint8_t> flags_of(uint32_t rows, const std::function<uint8_t(uint32_
 
 } // namespace
 
+bool row_cast::converts_all(const setup &how) const
+{
+    return flags == row_flags::copied_for_all || fills(*this, how) ||
+           (flags == row_flags::converted_when_no_null && how.no_null != 0);
+}
+
 bool row_cast::captures() const
 {
     return !std::holds_alternative<bcast_plain_fn *>(cast) && !std::holds_alternative<bcast_length_fn *>(cast) &&
@@ -170,8 +221,9 @@ void PrintTo(const row_cast &c, std::ostream *out) { *out << c.name; }
 
 void expect_batch(const row_cast &c, const setup &how, const std::vector<batch_row> &rows, const batch_plan &plan)
 {
+    if (testing::Test::HasFailure())
+        return; // the first bad batch tells enough
     const auto row_count = static_cast<uint32_t>(rows.size());
-    SCOPED_TRACE(std::string(c.name) + ", " + std::to_string(row_count) + " rows, " + describe(how));
     start_services(plan);
     source_column source(c.from_bytes(), row_count, how);
     for (uint32_t row = 0; row < row_count; row++)
@@ -180,6 +232,8 @@ void expect_batch(const row_cast &c, const setup &how, const std::vector<batch_r
     const expectation expected = expect(c, how, rows, plan, source, target);
     if (fills(c, how))
         source.hide_flags();
+    if (plan.elements_hidden)
+        source.hide_values();
     failure_record record(row_count, plan.count_before);
     guarded<uint16_t> zone_record(1);
     zone_record[0] = c.zone.value_or(0);
@@ -194,12 +248,19 @@ void expect_batch(const row_cast &c, const setup &how, const std::vector<batch_r
                               .length = c.length,
                               .err_codes = plan.capture ? record.codes() : nullptr,
                               .err_count = err_count,
+                              .cmp_op = c.cmp_op,
                               .heap = c.zone ? zone_record.data() : heap(),
                               .temporal = c.temporal};
-    EXPECT_EQ(plan.wide_rows ? call_with_wide_rows(c.cast, with) : call(c.cast, with), expected.status);
-    EXPECT_TRUE(target.holds(expected.target));
-    EXPECT_TRUE(services().logged(expected.calls));
-    EXPECT_TRUE(record.hold(expected.failures, plan.counted));
+    int32_t status = 0;
+    {
+        const settings set(c.compat_mode, c.compat_mode2);
+        status = plan.wide_rows ? call_with_wide_rows(c.cast, with) : call(c.cast, with);
+    }
+    const auto in_batch = [&] { return describe(c, how, rows, plan); };
+    EXPECT_EQ(status, expected.status) << in_batch();
+    EXPECT_TRUE(target.holds(expected.target)) << in_batch();
+    EXPECT_TRUE(services().logged(expected.calls)) << in_batch();
+    EXPECT_TRUE(record.hold(expected.failures, plan.counted)) << in_batch();
 }
 
 std::vector<batch_row> sample_rows(const row_cast &c, const std::vector<uint8_t> &flags)
@@ -225,6 +286,14 @@ void expect_rows_and_null_rows(const row_cast &c)
                 for (const bool capture : {false, true})
                     if (!capture || c.captures())
                         expect_batch(c, how, sample_rows(c, flags_of(rows, flag_of)), {.capture = capture});
+}
+
+void expect_null_rows_unread(const row_cast &c)
+{
+    const std::vector<batch_row> rows = sample_rows(c, std::vector<uint8_t>(1030, 0));
+    for (const setup &how : all_setups())
+        if (!c.converts_all(how))
+            expect_batch(c, how, rows, {.elements_hidden = true});
 }
 
 void expect_row_counts(const row_cast &c)
@@ -283,6 +352,19 @@ void expect_element(const row_cast &c, const std::string &element)
 {
     for (const setup &how : few_setups())
         expect_batch(c, how, {{1, c.samples.front()}, {0x80, element}, {2, c.samples.back()}});
+}
+
+void at_several_rows(const row_cast &c, const std::string &element,
+                     const std::function<void(const std::vector<batch_row> &)> &check, uint8_t flag)
+{
+    constexpr uint32_t rows = 1030;
+    const std::vector<batch_row> samples = sample_rows(c, std::vector<uint8_t>(rows, 1));
+    for (const uint32_t row : {0U, 3U, 1023U, 1024U, rows - 1}) {
+        std::vector<batch_row> batch = samples;
+        batch[row] = {flag, element};
+        check(batch);
+    }
+    check(std::vector<batch_row>(5, {flag, element}));
 }
 
 } // namespace bcast::test

@@ -1,5 +1,33 @@
 // Casts told by what one present row does: the services that it calls, and what becomes of the row. From that, whole
-// batches are told: flags, no_null, failures that stop or are captured.
+// batches are told, run and compared: status, flags, every target byte, no_null, err_codes, err_count, and the calls in
+// their order.
+//
+// How a family is told: a row_cast for each cast, in a list that a suite of the family is instantiated with. Its
+// convert turns a present row's element into a row_outcome; the rest are words for what all rows of the cast have in
+// common:
+//
+//     row_cast c{.name = "bcast_varchar_to_int", .cast = &bcast_varchar_to_int, .to_bytes = 4,
+//                .flags = row_flags::copied, .no_null_ahead = true, .failure_clears_flag = false,
+//                .samples = text_elements({"0", "7", "-128"}),
+//                .convert = [](const row_input &input) -> row_outcome {
+//                    const auto element = input.as<bdta3_str>();
+//                    if (element.length == 0)
+//                        return {.turns_null = true};
+//                    const std::string text = bytes_at(element.text, element.length);
+//                    return {.steps = {{parses(element, element.length), service_failure::passes_its_code}},
+//                            .element = image_of(std::stoi(text))};
+//                },
+//                .null_element = element_of_length(5)};
+//
+// - A step is a call. Its failure says what the cast makes of a result below 0; none is for services that return
+//   nothing, or that the double does not count among those that can fail. Its result is the double's own answer for
+//   what it is handed; a batch_plan fails calls by their number in the batch.
+// - An outcome's status is the cast's own code behind its steps: a limit, a length.
+// - What depends on rows before goes by input.first, as the state of a working value does.
+// - Rows and null rows, the largest batch, stops and captures are checked alike for each cast by the functions below;
+//   what is peculiar to a cast, by expect_batch, expect_element and at_several_rows with elements of its own.
+// - What the double is told (services().character, numeric, spell, ...) holds for all batches of a test, and SetUp
+//   resets it. Once a batch differs, expect_batch does no more: the first bad batch is all that a test reports.
 #pragma once
 
 #include "tests/support/batch.h"
@@ -18,11 +46,15 @@
 
 namespace bcast::test {
 
+// What becomes of the flags, and which rows are converted: those with a flag, if nothing else is said.
 enum class row_flags {
-    copied,              // row by row
-    copied_ahead,        // as a block where there is no sel, else row by row
-    copied_for_all,      // row by row, and null rows are converted as well
-    filled_when_no_null, // with 1, and all rows converted; else row by row
+    copied,                  // row by row
+    copied_ahead,            // as a block where there is no sel, else row by row
+    copied_for_all,          // row by row, and null rows are converted as well
+    converted_when_no_null,  // row by row; where no_null is set, null rows are converted as well
+    filled_when_no_null,     // where no_null is set: 1, no flag is read and all rows are converted; else row by row
+    set,                     // 1 ahead; no flag is read and all rows are converted
+    set_and_null_in_element, // 1 ahead; null rows hold null_result. Where no_null is set as above
 };
 
 // What a cast makes of a service that fails.
@@ -31,27 +63,34 @@ enum class service_failure {
     is_overflow,
     is_to_char,
     is_bad_interval,
+    is_no_memory,
     is_not_looked_at,
     passes_overflow_only, // any other code is no failure
+    ends_cast,            // by its code, also where failures are captured; the row keeps its flag
 };
 
 // One call, and what its failure means where the service can fail.
 struct row_step {
     service_call call;
     std::optional<service_failure> failure = std::nullopt;
+    int32_t result = 0; // of a call that the plan does not fail
 };
 
 struct row_outcome {
     std::vector<row_step> steps = {};
     int32_t status = 0;                                    // the cast's own verdict behind the steps
     bool turns_null = false;                               // behind the steps
-    std::string element = {};                              // of fixed width
+    std::string element = {};                              // of fixed width; of no bytes if it stays as it was
     std::optional<target_image::text> text = std::nullopt; // or made by the services
 
     std::string failed_element = {}; // what a service leaves in the target when it fails, if it writes there
 
     // Of the values that services took from a failed call, the cast knows none; for service_failure::is_not_looked_at.
+    // Without it the failure changes nothing.
     std::function<void(row_outcome &)> behind_failure = nullptr;
+
+    std::optional<uint8_t> flag_over_element = std::nullopt; // a verdict in place of the flag; no_null is cleared
+    bool failure_keeps_flag = false;                         // although those of the cast clear it
 };
 
 struct row_input {
@@ -61,6 +100,7 @@ struct row_input {
     uint32_t row;
     bool first; // no present row has gone before
     const setup &how;
+    const bdta3_col *source = nullptr;
 
     template <class T> T as() const
     {
@@ -84,13 +124,28 @@ struct row_cast {
     temporal_arguments temporal = {};
     std::optional<uint16_t> zone = std::nullopt; // heap begins with it, and nothing else of heap can be read
     bool no_null_stays = false;                  // but for rows that turn null
+    bool no_null_is_set = false;                 // to 1 ahead of the walk, whatever the source's
     bool status_is_last_result = false;          // of the services that can fail; a positive one as well
+    std::string null_result = {};                // what a null row becomes where its element tells it
+    uint16_t cmp_op = '=';
+    int32_t compat_mode = 0, compat_mode2 = 0; // while a batch runs
 
     size_t from_bytes() const { return samples.front().size(); }
     bool captures() const;
+    bool converts_all(const setup &how) const;
 };
 
 void PrintTo(const row_cast &c, std::ostream *out);
+
+// The casts of a list for which that holds.
+template <class Holds> std::vector<row_cast> casts_where(const std::vector<row_cast> &casts, const Holds &holds)
+{
+    std::vector<row_cast> some;
+    for (const row_cast &c : casts)
+        if (holds(c))
+            some.push_back(c);
+    return some;
+}
 
 struct batch_row {
     uint8_t flag;
@@ -102,10 +157,11 @@ struct batch_plan {
     bool capture = false;                   // hands err_codes over
     bool counted = true;                    // and err_count with it
     uint16_t count_before = 7;
-    bool wide_rows = false; // hands rows over in 32 bits
+    bool wide_rows = false;       // hands rows over in 32 bits
+    bool elements_hidden = false; // a cast that looks at an element ends the test
 };
 
-// Runs one batch and compares all that it left. What services().numeric was told holds, and outline_stays_inline.
+// Runs one batch and compares all that it left. Does nothing once the test has failed.
 void expect_batch(const row_cast &c, const setup &how, const std::vector<batch_row> &rows, const batch_plan &plan = {});
 
 // A batch of samples, in which each flag of 0 makes a null row.
@@ -113,6 +169,9 @@ std::vector<batch_row> sample_rows(const row_cast &c, const std::vector<uint8_t>
 
 // Everything that can be told of a cast whose services do not fail.
 void expect_rows_and_null_rows(const row_cast &c);
+
+// Of rows that are not converted no element is looked at.
+void expect_null_rows_unread(const row_cast &c);
 
 // The largest batch, and rows at 16 bits.
 void expect_row_counts(const row_cast &c);
@@ -125,5 +184,9 @@ void expect_captures(const row_cast &c);
 
 // One row with that element, and one before it that is converted.
 void expect_element(const row_cast &c, const std::string &element);
+
+// Puts an element at several places of a batch of samples, one batch after the other, and in all of them.
+void at_several_rows(const row_cast &c, const std::string &element,
+                     const std::function<void(const std::vector<batch_row> &)> &check, uint8_t flag = 0x81);
 
 } // namespace bcast::test

@@ -149,6 +149,16 @@ std::string constant_of(std::string_view value)
 
 void service_double::reset() { *this = service_double(); }
 
+void service_double::start_batch()
+{
+    log_.clear();
+    failing_calls_.clear();
+    calls_that_can_fail_ = 0;
+    stored_.clear();
+    value_ = nullptr;
+    left_ = {};
+}
+
 void service_double::answer(std::string_view service, std::string value, int32_t result)
 {
     answers_[std::string(service) + ' ' + value] = result;

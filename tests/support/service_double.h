@@ -73,6 +73,9 @@ public:
     // Forgets the log, the answers and the stored elements.
     void reset();
 
+    // The same between two batches of one test: what the test told stays, but for the calls that fail.
+    void start_batch();
+
     // The result of a service for one value: the text that is parsed, the decimal text of the number that is
     // formatted or judged, the bytes of the constant. A positive result is a success.
     void answer(std::string_view service, std::string value, int32_t result);
