@@ -44,21 +44,6 @@ std::optional<std::string> bytes_of_digits(std::string_view digits)
     return bytes;
 }
 
-std::optional<std::string> decoded(const std::string &text, bool has_prefix)
-{
-    const auto &known = services().binary.decoded;
-    if (const auto answer = known.find(text); answer != known.end())
-        return answer->second;
-    return bytes_of_digits(std::string_view(text).substr(has_prefix ? 2 : 0));
-}
-
-std::string spelled(const std::string &bytes)
-{
-    const auto &known = services().binary.spelled;
-    const auto answer = known.find(bytes);
-    return answer == known.end() ? digits_of(bytes) : answer->second;
-}
-
 // The low width bytes of the integer that the bytes stand for, or rubbish, in out.
 int32_t read_integer(const service_call &made, size_t width, void *out)
 {
@@ -66,21 +51,45 @@ int32_t read_integer(const service_call &made, size_t width, void *out)
     const int32_t status = services().result_for(made.service, made.bytes);
     if (status < 0)
         return status;
-    int64_t value = 0;
-    const auto &known = services().binary.integers;
-    if (const auto answer = known.find(made.bytes); answer != known.end()) {
-        value = answer->second;
-    } else {
-        const char *end = made.bytes.data() + made.bytes.size();
-        const auto [stopped, error] = std::from_chars(made.bytes.data(), end, value);
-        if (error != std::errc() || stopped != end)
-            return ERR_BAD_CONVERSION;
-    }
-    std::memcpy(out, &value, width);
+    const std::optional<int64_t> value = services().binary.integer_in(made.bytes);
+    if (!value)
+        return ERR_BAD_CONVERSION;
+    std::memcpy(out, &*value, width);
     return status;
 }
 
 } // namespace
+
+std::optional<std::string> binary_answers::bytes_of(const std::string &text, bool has_prefix) const
+{
+    if (const auto known = decoded.find(text); known != decoded.end())
+        return known->second;
+    return bytes_of_digits(std::string_view(text).substr(has_prefix ? 2 : 0));
+}
+
+std::string binary_answers::text_of(const std::string &bytes) const
+{
+    const auto known = spelled.find(bytes);
+    return known == spelled.end() ? digits_of(bytes) : known->second;
+}
+
+std::string binary_answers::held_of(const std::string &text) const
+{
+    const auto known = held.find(text);
+    return known == held.end() ? text : known->second;
+}
+
+std::optional<int64_t> binary_answers::integer_in(const std::string &bytes) const
+{
+    if (const auto known = integers.find(bytes); known != integers.end())
+        return known->second;
+    int64_t value = 0;
+    const char *end = bytes.data() + bytes.size();
+    const auto [stopped, error] = std::from_chars(bytes.data(), end, value);
+    if (error != std::errc() || stopped != end)
+        return std::nullopt;
+    return value;
+}
 
 std::string digits_of(std::string_view bytes)
 {
@@ -137,7 +146,7 @@ int32_t nbin_from_char_ex(const char *text, uint32_t text_len, nbin *out, int32_
     const int32_t status = services().result_for(made.service, made.bytes);
     if (status < 0)
         return status;
-    const std::optional<std::string> bytes = decoded(made.bytes, has_prefix != 0);
+    const std::optional<std::string> bytes = services().binary.bytes_of(made.bytes, has_prefix != 0);
     if (!bytes)
         return ERR_BAD_CONVERSION;
     out->length = static_cast<int32_t>(bytes->size());
@@ -149,7 +158,7 @@ int32_t nbin_to_char_ex(const void *bytes, uint32_t len, char *buf, int32_t flag
 {
     const service_call made = services().record(takes_bytes("nbin_to_char_ex", bytes, len, flag));
     const int32_t status = services().result_for(made.service, made.bytes);
-    const std::string text = status < 0 ? digits_of_failure(made.bytes.size()) : spelled(made.bytes);
+    const std::string text = status < 0 ? digits_of_failure(made.bytes.size()) : services().binary.text_of(made.bytes);
     std::memset(buf, '9',
                 2 * made.bytes.size() + 1); // digits behind the text, for a cast that does not look for its end
     std::memcpy(buf, text.c_str(), text.size() + 1);

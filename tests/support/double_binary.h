@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,12 @@ struct binary_answers {
     const void *assigned_from = nullptr; // where the last bytes stood that were assigned to a column
     const void *decoded_to = nullptr;    // where the last text was decoded to
     const void *constant_from = nullptr; // where the last value stood that was made a constant
+
+    // What the services make of that; nothing where they fail with ERR_BAD_CONVERSION.
+    std::optional<std::string> bytes_of(const std::string &text, bool has_prefix) const;
+    std::string text_of(const std::string &bytes) const;
+    std::string held_of(const std::string &text) const;
+    std::optional<int64_t> integer_in(const std::string &bytes) const;
 };
 
 // The digits of bytes, as the double has them.

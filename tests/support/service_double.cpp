@@ -340,8 +340,7 @@ void service_double::make_text(void *env, void *heap, nstr *value, const char *t
                     .bytes = text,
                     .length = static_cast<int32_t>(std::strlen(text)),
                     .working_value = state_of(*value)});
-    const auto known = binary.held.find(std::string_view(text));
-    const std::string held = known == binary.held.end() ? std::string(text) : known->second;
+    const std::string held = binary.held_of(text);
     value->first_word = 0x5EED;
     std::memset(value->inline_bytes, rubbish, NSTR_INLINE_MAX);
     value->length = static_cast<uint32_t>(held.size());
