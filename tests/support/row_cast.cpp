@@ -113,8 +113,8 @@ void expect_walk(const row_cast &c, const setup &how, const std::vector<batch_ro
             expected.target.put_bytes(row, c.null_result);
             continue;
         }
-        const row_input input{rows[row].element, place_of(source, c.from_bytes(), row), target, row, first, how,
-                              source.column()};
+        const row_input input{
+            rows[row].element, place_of(source, c.from_bytes(), row), target, row, first, how, source.column(), c};
         first = false;
         row_outcome outcome = c.convert(input);
         const auto [code, ends_cast] = expect_steps(outcome, plan, expected);
@@ -136,6 +136,7 @@ void expect_walk(const row_cast &c, const setup &how, const std::vector<batch_ro
             return;
         expected.failures[row] = code;
     }
+    expected.calls.insert(expected.calls.end(), c.at_end.begin(), c.at_end.end());
     if (!c.no_null_ahead && !c.no_null_stays && !c.no_null_is_set)
         expected.target.no_null = how.no_null;
     if (c.status_is_last_result)

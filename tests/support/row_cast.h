@@ -93,6 +93,8 @@ struct row_outcome {
     bool failure_keeps_flag = false;                         // although those of the cast clear it
 };
 
+struct row_cast;
+
 struct row_input {
     std::string image; // of the source element
     const void *where; // it stands
@@ -101,6 +103,7 @@ struct row_input {
     bool first; // no present row has gone before
     const setup &how;
     const bdta3_col *source = nullptr;
+    const row_cast &cast; // with the arguments and modes of this batch
 
     template <class T> T as() const
     {
@@ -129,6 +132,7 @@ struct row_cast {
     std::string null_result = {};                // what a null row becomes where its element tells it
     uint16_t cmp_op = '=';
     int32_t compat_mode = 0, compat_mode2 = 0; // while a batch runs
+    std::vector<service_call> at_end = {};     // behind the last row, if the cast gets there
 
     size_t from_bytes() const { return samples.front().size(); }
     bool captures() const;
