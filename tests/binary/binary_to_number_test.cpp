@@ -2,7 +2,7 @@
 // captures it.
 
 #include "tests/character/text_rows.h"
-#include "tests/support/element_cast.h"
+#include "tests/support/batch.h"
 
 #include <algorithm>
 #include <limits>

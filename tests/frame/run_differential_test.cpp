@@ -3,8 +3,8 @@
 // batch.
 
 #include "tests/numeric/floating_values.h"
+#include "tests/support/batch.h"
 #include "tests/support/call.h"
-#include "tests/support/element_cast.h"
 #include "tests/support/random_batch.h"
 
 #include <bcast/codes.h>

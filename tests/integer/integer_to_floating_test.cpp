@@ -1,8 +1,6 @@
 // The integers as float and double: one conversion per row, by the rounding mode of the caller.
 
-#include "tests/support/call.h"
-#include "tests/support/element_cast.h"
-#include "tests/support/service_double.h"
+#include "tests/support/row_cast.h"
 
 #include <cfenv>
 #include <cmath>
@@ -56,15 +54,15 @@ const std::vector<int64_t> &values_of(size_t source_bytes)
     return source_bytes == 8 ? wide : narrow;
 }
 
-template <class Source, class Target> element_cast rule(const char *name, bcast_plain_fn *cast)
+template <class Source, class Target> row_cast rule(const char *name, bcast_plain_fn *cast)
 {
-    element_cast c{name, cast, row_walk::by_flag, {}};
+    std::vector<sample> samples;
     for (const int64_t value : values_of(sizeof(Source)))
-        c.samples.push_back({image_of(static_cast<Source>(value)), image_of(rounded<Target>(value))});
-    return c;
+        samples.push_back({image_of(static_cast<Source>(value)), image_of(rounded<Target>(value))});
+    return cast_of_samples(name, cast, row_flags::copied, samples);
 }
 
-std::vector<element_cast> rules()
+std::vector<row_cast> rules()
 {
 #define NAMED(cast) #cast, cast
     return {
@@ -76,11 +74,16 @@ std::vector<element_cast> rules()
 #undef NAMED
 }
 
-class integer_to_floating : public testing::TestWithParam<element_cast> {};
+class integer_to_floating : public testing::TestWithParam<row_cast> {
+protected:
+    void SetUp() override { services().reset(); }
+};
 
-TEST_P(integer_to_floating, present_rows_are_rounded_and_null_rows_left_out) { expect_conversions(GetParam()); }
+TEST_P(integer_to_floating, present_rows_are_rounded_and_null_rows_left_out) { expect_rows_and_null_rows(GetParam()); }
 
-TEST_P(integer_to_floating, every_row_count_up_to_the_largest) { expect_all_row_counts(GetParam()); }
+TEST_P(integer_to_floating, blocks_of_rows) { expect_blocks(GetParam()); }
+
+TEST_P(integer_to_floating, every_row_count_up_to_the_largest) { expect_row_counts(GetParam()); }
 
 INSTANTIATE_TEST_SUITE_P(casts, integer_to_floating, testing::ValuesIn(rules()),
                          [](const auto &each) { return std::string(each.param.name); });

@@ -1,11 +1,8 @@
 // Casts to bit: a zero test of numbers, a digit scan of texts. Casts from bit: moves of whatever the slot holds, and
 // decimal text.
 
-#include "tests/support/call.h"
-#include "tests/support/element_cast.h"
-#include "tests/support/service_double.h"
+#include "tests/logical/samples.h"
 
-#include <algorithm>
 #include <limits>
 #include <memory>
 
@@ -13,8 +10,6 @@ namespace bcast::test {
 namespace {
 
 // ---- Between numbers and bit ---------------------------------------------------------
-
-template <class Source> sample becomes(const Source &from, int32_t to) { return {image_of(from), image_of(to)}; }
 
 template <class Integer> std::vector<sample> integer_samples()
 {
@@ -42,21 +37,10 @@ template <class Float> std::vector<sample> floating_samples()
 // Byte 0 alone tells: 80 stands for zero.
 std::vector<sample> dec_samples()
 {
-    const auto dec = [](uint8_t first, uint8_t second, uint8_t rest) {
-        xdec d;
-        std::ranges::fill(d.bytes, rest);
-        d.bytes[0] = first;
-        d.bytes[1] = second;
-        return d;
-    };
     return {becomes(dec(0x80, 0, 0), 0), becomes(dec(0xC1, 1, 0), 1),       becomes(dec(0x80, 0x40, 0xFF), 0),
             becomes(dec(0, 0, 0), 1),    becomes(dec(0x81, 0x80, 0x80), 1), becomes(dec(0x7F, 0, 0), 1)};
 }
 
-std::string low_8_bits(int32_t value) { return image_of(int32_t{static_cast<int8_t>(value)}); }
-std::string low_16_bits(int32_t value) { return image_of(int32_t{static_cast<int16_t>(value)}); }
-std::string as_it_is(int32_t value) { return image_of(value); }
-std::string as_int64(int32_t value) { return image_of(int64_t{value}); }
 std::string as_float(int32_t value) { return image_of(static_cast<float>(value)); }
 std::string as_double(int32_t value) { return image_of(double{static_cast<double>(value)}); }
 
@@ -70,43 +54,55 @@ std::vector<sample> from_bit_samples(std::string (*stored)(int32_t))
 }
 
 #define NAMED(cast) #cast, cast
-std::vector<element_cast> rules()
+row_cast double_to_bit()
 {
-    using enum row_walk;
+    return asking_for_overflow(
+        cast_of_samples(NAMED(bcast_double_to_bit), row_flags::copied, floating_samples<double>()));
+}
+
+std::vector<row_cast> rules()
+{
+    using enum row_flags;
     return {
-        {NAMED(bcast_tinyint_to_bit), by_flag, integer_samples<int32_t>()},
-        {NAMED(bcast_smallint_to_bit), by_flag, integer_samples<int32_t>()},
-        {NAMED(bcast_int_to_bit), by_flag, integer_samples<int32_t>()},
-        {NAMED(bcast_int_to_varbit), by_flag, integer_samples<int32_t>()},
-        {NAMED(bcast_int64_to_bit), by_flag, integer_samples<int64_t>()},
-        {NAMED(bcast_float_to_bit), by_flag, floating_samples<float>()},
-        {NAMED(bcast_double_to_bit), by_flag, floating_samples<double>(), predicate::double_overflow},
-        {NAMED(bcast_dec_to_bit), by_flag, dec_samples()},
-        {NAMED(bcast_bit_to_bit), by_flag_or_all, from_bit_samples(as_it_is)},
-        {NAMED(bcast_bit_to_tinyint), by_flag_or_all, from_bit_samples(low_8_bits)},
-        {NAMED(bcast_bit_to_smallint), by_flag_or_all, from_bit_samples(low_16_bits)},
-        {NAMED(bcast_bit_to_int), by_flag_or_all, from_bit_samples(as_it_is)},
-        {NAMED(bcast_bit_to_int64), by_flag_or_all, from_bit_samples(as_int64)},
-        {NAMED(bcast_bit_to_float), by_flag_or_all, from_bit_samples(as_float)},
-        {NAMED(bcast_bit_to_double), by_flag_or_all, from_bit_samples(as_double)},
+        cast_of_samples(NAMED(bcast_tinyint_to_bit), copied, integer_samples<int32_t>()),
+        cast_of_samples(NAMED(bcast_smallint_to_bit), copied, integer_samples<int32_t>()),
+        cast_of_samples(NAMED(bcast_int_to_bit), copied, integer_samples<int32_t>()),
+        cast_of_samples(NAMED(bcast_int_to_varbit), copied, integer_samples<int32_t>()),
+        cast_of_samples(NAMED(bcast_int64_to_bit), copied, integer_samples<int64_t>()),
+        cast_of_samples(NAMED(bcast_float_to_bit), copied, floating_samples<float>()),
+        double_to_bit(),
+        cast_of_samples(NAMED(bcast_dec_to_bit), copied, dec_samples()),
+        cast_of_samples(NAMED(bcast_bit_to_bit), converted_when_no_null, from_bit_samples(as_it_is)),
+        cast_of_samples(NAMED(bcast_bit_to_tinyint), converted_when_no_null, from_bit_samples(low_8_bits)),
+        cast_of_samples(NAMED(bcast_bit_to_smallint), converted_when_no_null, from_bit_samples(low_16_bits)),
+        cast_of_samples(NAMED(bcast_bit_to_int), converted_when_no_null, from_bit_samples(as_it_is)),
+        cast_of_samples(NAMED(bcast_bit_to_int64), converted_when_no_null, from_bit_samples(as_int64)),
+        cast_of_samples(NAMED(bcast_bit_to_float), converted_when_no_null, from_bit_samples(as_float)),
+        cast_of_samples(NAMED(bcast_bit_to_double), converted_when_no_null, from_bit_samples(as_double)),
     };
 }
 
-class bit_cast_of_numbers : public testing::TestWithParam<element_cast> {};
+// All tests here start with a double that has not been told anything.
+class rows_test : public testing::TestWithParam<row_cast> {
+protected:
+    void SetUp() override { services().reset(); }
+};
 
-TEST_P(bit_cast_of_numbers, rows_are_converted_by_their_flags) { expect_conversions(GetParam()); }
+class bit_cast_of_numbers : public rows_test {};
 
-TEST_P(bit_cast_of_numbers, every_row_count_up_to_the_largest) { expect_all_row_counts(GetParam()); }
+TEST_P(bit_cast_of_numbers, rows_are_converted_by_their_flags) { expect_rows_and_null_rows(GetParam()); }
+
+TEST_P(bit_cast_of_numbers, blocks_of_rows) { expect_blocks(GetParam()); }
+
+TEST_P(bit_cast_of_numbers, every_row_count_up_to_the_largest) { expect_row_counts(GetParam()); }
 
 INSTANTIATE_TEST_SUITE_P(casts, bit_cast_of_numbers, testing::ValuesIn(rules()),
                          [](const auto &each) { return std::string(each.param.name); });
 
 TEST(double_to_bit, stops_at_the_value_refused)
 {
-    const std::vector<element_cast> all = rules();
-    const auto rule = std::ranges::find(all, &bcast_double_to_bit, &element_cast::cast);
-    ASSERT_NE(rule, all.end());
-    expect_stops_by_predicate(*rule);
+    services().reset();
+    expect_stops(double_to_bit());
 }
 
 // That an alias of the catalogue has its cast's address is shown for all of them at once.

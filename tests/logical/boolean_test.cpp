@@ -1,17 +1,12 @@
 // Casts to boolean, which keeps its null in the element, and from it; the two tests for a binary zero.
 
-#include "tests/support/call.h"
-#include "tests/support/element_cast.h"
-#include "tests/support/service_double.h"
+#include "tests/logical/samples.h"
 
-#include <algorithm>
 #include <limits>
 #include <memory>
 
 namespace bcast::test {
 namespace {
-
-template <class Source> sample becomes(const Source &from, int32_t to) { return {image_of(from), image_of(to)}; }
 
 template <class Float> std::vector<sample> floating_samples()
 {
@@ -45,13 +40,6 @@ std::vector<sample> int64_samples()
 // Byte 1 alone tells; the record of a true zero begins with 80 00.
 std::vector<sample> dec_samples()
 {
-    const auto dec = [](uint8_t first, uint8_t second, uint8_t rest) {
-        xdec d;
-        std::ranges::fill(d.bytes, rest);
-        d.bytes[0] = first;
-        d.bytes[1] = second;
-        return d;
-    };
     return {becomes(dec(0x80, 0, 0), 0),    becomes(dec(0xC1, 1, 0), 1), becomes(dec(0xC1, 0, 0xFF), 0),
             becomes(dec(0x80, 0x40, 0), 1), becomes(dec(0, 0xFF, 0), 1), becomes(dec(0, 0, 1), 0)};
 }
@@ -135,9 +123,6 @@ std::vector<sample> varbinary_samples()
     return samples;
 }
 
-// Of values that are not read at all.
-std::vector<sample> samples_of_any(size_t bytes) { return {{std::string(bytes, '\0'), image_of(int32_t{1})}}; }
-
 std::vector<sample> from_boolean_samples(std::string (*stored)(int32_t))
 {
     std::vector<sample> samples;
@@ -146,58 +131,90 @@ std::vector<sample> from_boolean_samples(std::string (*stored)(int32_t))
     return samples;
 }
 
-std::string low_8_bits(int32_t value) { return image_of(int32_t{static_cast<int8_t>(value)}); }
-std::string low_16_bits(int32_t value) { return image_of(int32_t{static_cast<int16_t>(value)}); }
-std::string as_it_is(int32_t value) { return image_of(value); }
-std::string as_int64(int32_t value) { return image_of(int64_t{value}); }
+row_cast truth_of(const char *name, bcast_plain_fn *cast, const std::vector<sample> &samples)
+{
+    row_cast c = cast_of_samples(name, cast, row_flags::set_and_null_in_element, samples);
+    c.no_null_is_set = true;
+    c.null_result = image_of(int32_t{BOOL_UNKNOWN});
+    return c;
+}
+
+// All rows are converted, whatever their flags.
+row_cast boolean_for_all(const char *name, bcast_plain_fn *cast, const std::vector<sample> &samples)
+{
+    row_cast c = cast_of_samples(name, cast, row_flags::set, samples);
+    c.no_null_is_set = true;
+    return c;
+}
+
+// Of a value that is not read.
+row_cast present_is_true(const char *name, bcast_plain_fn *cast, size_t from_bytes)
+{
+    row_cast c = truth_of(name, cast, {{std::string(from_bytes, '\0'), image_of(int32_t{1})}});
+    c.reads = source_reading::flags_alone;
+    return c;
+}
 
 #define NAMED(cast) #cast, cast
-std::vector<element_cast> rules()
+row_cast double_to_boolean()
 {
-    using enum row_walk;
+    return asking_for_overflow(truth_of(NAMED(bcast_double_to_boolean), floating_samples<double>()));
+}
+
+std::vector<row_cast> rules()
+{
+    using enum row_flags;
     return {
-        {NAMED(bcast_tinyint_to_boolean), to_boolean, int32_samples()},
-        {NAMED(bcast_smallint_to_boolean), to_boolean, int32_samples()},
-        {NAMED(bcast_int_to_boolean), to_boolean, int32_samples()},
-        {NAMED(bcast_int64_to_boolean), to_boolean, int64_samples()},
-        {NAMED(bcast_bit_to_boolean), to_boolean, int32_samples()},
-        {NAMED(bcast_float_to_boolean), to_boolean, floating_samples<float>()},
-        {NAMED(bcast_double_to_boolean), to_boolean, floating_samples<double>(), predicate::double_overflow},
-        {NAMED(bcast_dec_to_boolean), to_boolean, dec_samples()},
-        {NAMED(bcast_char_to_boolean), to_boolean, text_samples()},
-        {NAMED(bcast_varbinary_to_boolean), to_boolean, varbinary_samples()},
-        {NAMED(bcast_date_to_boolean), to_boolean, samples_of_any(12), predicate::none, false},
-        {NAMED(bcast_time_to_boolean), to_boolean, samples_of_any(12), predicate::none, false},
-        {NAMED(bcast_datetime_to_boolean), to_boolean, samples_of_any(12), predicate::none, false},
-        {NAMED(bcast_iv_ym_to_boolean), to_boolean, samples_of_any(12), predicate::none, false},
-        {NAMED(bcast_iv_dt_to_boolean), to_boolean, samples_of_any(24), predicate::none, false},
-        {NAMED(bcast_boolean_to_boolean), flags_not_looked_at, from_boolean_samples(as_it_is)},
-        {NAMED(bcast_boolean_to_tinyint), by_flag, from_boolean_samples(low_8_bits)},
-        {NAMED(bcast_boolean_to_smallint), by_flag_or_all, from_boolean_samples(low_16_bits)},
-        {NAMED(bcast_boolean_to_int), by_flag_or_all, from_boolean_samples(as_it_is)},
-        {NAMED(bcast_boolean_to_int64), by_flag_or_all, from_boolean_samples(as_int64)},
+        truth_of(NAMED(bcast_tinyint_to_boolean), int32_samples()),
+        truth_of(NAMED(bcast_smallint_to_boolean), int32_samples()),
+        truth_of(NAMED(bcast_int_to_boolean), int32_samples()),
+        truth_of(NAMED(bcast_int64_to_boolean), int64_samples()),
+        truth_of(NAMED(bcast_bit_to_boolean), int32_samples()),
+        truth_of(NAMED(bcast_float_to_boolean), floating_samples<float>()),
+        double_to_boolean(),
+        truth_of(NAMED(bcast_dec_to_boolean), dec_samples()),
+        truth_of(NAMED(bcast_char_to_boolean), text_samples()),
+        truth_of(NAMED(bcast_varbinary_to_boolean), varbinary_samples()),
+        present_is_true(NAMED(bcast_date_to_boolean), 12),
+        present_is_true(NAMED(bcast_time_to_boolean), 12),
+        present_is_true(NAMED(bcast_datetime_to_boolean), 12),
+        present_is_true(NAMED(bcast_iv_ym_to_boolean), 12),
+        present_is_true(NAMED(bcast_iv_dt_to_boolean), 24),
+        boolean_for_all(NAMED(bcast_boolean_to_boolean), from_boolean_samples(as_it_is)),
+        cast_of_samples(NAMED(bcast_boolean_to_tinyint), copied, from_boolean_samples(low_8_bits)),
+        cast_of_samples(NAMED(bcast_boolean_to_smallint), converted_when_no_null, from_boolean_samples(low_16_bits)),
+        cast_of_samples(NAMED(bcast_boolean_to_int), converted_when_no_null, from_boolean_samples(as_it_is)),
+        cast_of_samples(NAMED(bcast_boolean_to_int64), converted_when_no_null, from_boolean_samples(as_int64)),
     };
 }
 #undef NAMED
 
-class boolean_cast : public testing::TestWithParam<element_cast> {};
+class boolean_cast : public testing::TestWithParam<row_cast> {
+protected:
+    void SetUp() override { services().reset(); }
+};
 
-TEST_P(boolean_cast, rows_are_converted_and_null_rows_treated_as_the_table_says) { expect_conversions(GetParam()); }
+TEST_P(boolean_cast, rows_are_converted_and_null_rows_treated_as_the_table_says)
+{
+    expect_rows_and_null_rows(GetParam());
+}
 
-TEST_P(boolean_cast, every_row_count_up_to_the_largest) { expect_all_row_counts(GetParam()); }
+TEST_P(boolean_cast, blocks_of_rows) { expect_blocks(GetParam()); }
+
+TEST_P(boolean_cast, every_row_count_up_to_the_largest) { expect_row_counts(GetParam()); }
 
 INSTANTIATE_TEST_SUITE_P(casts, boolean_cast, testing::ValuesIn(rules()),
                          [](const auto &each) { return std::string(each.param.name); });
 
 TEST(double_to_boolean, stops_at_the_value_refused_with_flags_and_no_null_set)
 {
-    const std::vector<element_cast> all = rules();
-    const auto rule = std::ranges::find(all, &bcast_double_to_boolean, &element_cast::cast);
-    ASSERT_NE(rule, all.end());
-    expect_stops_by_predicate(*rule);
+    services().reset();
+    expect_stops(double_to_boolean());
 }
 
 // ---- The one cast that takes the flag of the output row ---------------------------
+
+// No rule of rows tells this one: which flag counts goes by the row of the column. So its batches are written out.
 
 void expect_varchar_to_boolean(source_column &source, const setup &how, uint32_t rows)
 {
@@ -259,23 +276,24 @@ TEST(varchar_to_boolean, char_to_boolean_takes_both_from_the_source_row)
 
 // ---- Null ---------------------------------------------------------------------------
 
+row_cast null_to_boolean()
+{
+    row_cast c = boolean_for_all("bcast_null_to_boolean", bcast_null_to_boolean,
+                                 {{std::string(1, '\0'), image_of(int32_t{BOOL_UNKNOWN})}});
+    c.reads = source_reading::nothing;
+    return c;
+}
+
 TEST(null_to_boolean, every_row_is_present_and_unknown_and_the_source_not_read)
 {
-    for (const setup &how : all_setups()) {
-        for (const uint32_t rows : {0U, 1U, 7U, 1024U, 1025U, 65535U}) {
-            SCOPED_TRACE(std::to_string(rows) + " rows, " + describe(how));
-            target_column target(4, rows, how);
-            target_image expected = target.image();
-            expected.no_null = 1;
-            std::ranges::fill(expected.flags, uint8_t{1});
-            for (uint32_t row = 0; row < rows; row++)
-                expected.put(row, int32_t{BOOL_UNKNOWN});
-            EXPECT_EQ(
-                call(bcast_null_to_boolean, {static_cast<const bdta3_col *>(inaccessible()), target.column(), rows}),
-                0);
-            EXPECT_TRUE(target.holds(expected));
-        }
+    services().reset();
+    const row_cast c = null_to_boolean();
+    for (const uint32_t row_count : {0U, 1U, 7U, 1024U, 1025U, 65535U}) {
+        const std::vector<batch_row> rows = sample_rows(c, std::vector<uint8_t>(row_count, 1));
+        for (const setup &how : all_setups())
+            expect_batch(c, how, rows);
     }
+    expect_row_counts(c);
 }
 
 // ---- The tests for zero ---------------------------------------------------------------

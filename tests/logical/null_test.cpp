@@ -1,8 +1,6 @@
 // Casts to and from null: the rows of the target turn null, and nothing is looked at for it.
 
-#include "tests/support/batch.h"
-#include "tests/support/call.h"
-#include "tests/support/service_double.h"
+#include "tests/support/row_cast.h"
 
 #include <algorithm>
 #include <string_view>
@@ -73,48 +71,59 @@ const null_rule null_rules[] = {
 
 constexpr size_t widest_element = 30;
 
+row_cast cast_of(const null_rule &r)
+{
+    return {.name = r.name,
+            .cast = r.cast,
+            .to_bytes = widest_element,
+            .flags = row_flags::cleared,
+            .no_null_ahead = false,
+            .failure_clears_flag = false,
+            .samples = {std::string(widest_element, '\x55')},
+            .convert = {}, // no row is
+            .length = 10,
+            .no_null_stays = r.no_null == null_mark::kept,
+            .reads = source_reading::nothing};
+}
+
 class null_cast : public testing::TestWithParam<null_rule> {
 protected:
     void SetUp() override { services().reset(); }
-
-    static void expect_null_rows(const bdta3_col *src, const setup &how, uint32_t rows, int32_t length = 10)
+    static std::vector<batch_row> present_rows(uint32_t rows)
     {
-        const null_rule &r = GetParam();
-        SCOPED_TRACE(std::to_string(rows) + " rows, length " + std::to_string(length) + ", " + describe(how));
-        target_column target(widest_element, rows, how);
-        target_image expected = target.image();
-        std::ranges::fill(expected.flags, uint8_t{0});
-        if (r.no_null == null_mark::cleared)
-            expected.no_null = 0;
-        EXPECT_EQ(call(r.cast, {.src = src, .dst = target.column(), .rows = rows, .length = length}), 0);
-        EXPECT_TRUE(target.holds(expected));
-        EXPECT_TRUE(services().logged({}));
+        return sample_rows(cast_of(GetParam()), std::vector<uint8_t>(rows, 1));
     }
 };
 
-const bdta3_col *unreadable_source() { return static_cast<const bdta3_col *>(inaccessible()); }
-
 TEST_P(null_cast, every_row_turns_null_whatever_the_source_is)
 {
-    for (const setup &how : all_setups()) {
-        for (const uint32_t rows : {0U, 1U, 2U, 7U, 33U, 1024U, 1025U, 65535U}) {
-            source_column source(widest_element, rows, how); // all rows present
-            expect_null_rows(source.sealed(), how, rows);
-        }
+    row_cast c = cast_of(GetParam());
+    c.reads = source_reading::everything;
+    for (const uint32_t row_count : {0U, 1U, 2U, 7U, 33U, 1024U, 1025U, 65535U}) {
+        const std::vector<batch_row> rows = present_rows(row_count);
+        for (const setup &how : all_setups())
+            expect_batch(c, how, rows);
     }
 }
 
 TEST_P(null_cast, the_source_is_not_read)
 {
-    for (const setup &how : all_setups())
-        for (const uint32_t rows : {0U, 1U, 100U, 65535U})
-            expect_null_rows(unreadable_source(), how, rows);
+    const row_cast c = cast_of(GetParam());
+    for (const uint32_t row_count : {0U, 1U, 100U, 65535U}) {
+        const std::vector<batch_row> rows = present_rows(row_count);
+        for (const setup &how : all_setups())
+            expect_batch(c, how, rows);
+    }
 }
 
 TEST_P(null_cast, the_length_plays_no_part)
 {
-    for (const int32_t length : {0, -1, 1, 0x10000, INT32_MIN, INT32_MAX})
-        expect_null_rows(unreadable_source(), few_setups().front(), 5, length);
+    row_cast c = cast_of(GetParam());
+    for (const int32_t length : {0, -1, 1, 0x10000, INT32_MIN, INT32_MAX}) {
+        SCOPED_TRACE("length " + std::to_string(length));
+        c.length = length;
+        expect_batch(c, few_setups().front(), present_rows(5));
+    }
 }
 
 TEST_P(null_cast, what_no_null_held_before_is_kept_by_two_casts_only)
@@ -122,24 +131,12 @@ TEST_P(null_cast, what_no_null_held_before_is_kept_by_two_casts_only)
     for (const int32_t before : {0, 1, -1, 0x10000}) {
         setup how = few_setups().front();
         how.no_null_before = before;
-        for (const uint32_t rows : {0U, 3U})
-            expect_null_rows(unreadable_source(), how, rows);
+        for (const uint32_t row_count : {0U, 3U})
+            expect_batch(cast_of(GetParam()), how, present_rows(row_count));
     }
 }
 
-TEST_P(null_cast, only_the_low_16_bits_of_rows_count)
-{
-    const null_rule &r = GetParam();
-    for (const uint32_t rows : {0U, 1U}) {
-        target_column target(widest_element, rows);
-        target_image expected = target.image();
-        std::ranges::fill(expected.flags, uint8_t{0});
-        if (r.no_null == null_mark::cleared)
-            expected.no_null = 0;
-        EXPECT_EQ(call_with_wide_rows(r.cast, {unreadable_source(), target.column(), 0x10000 + rows, 10}), 0);
-        EXPECT_TRUE(target.holds(expected));
-    }
-}
+TEST_P(null_cast, only_the_low_16_bits_of_rows_count) { expect_row_counts(cast_of(GetParam())); }
 
 INSTANTIATE_TEST_SUITE_P(casts, null_cast, testing::ValuesIn(null_rules),
                          [](const auto &each) { return std::string(each.param.name); });

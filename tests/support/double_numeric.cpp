@@ -1,6 +1,6 @@
 #include "tests/support/double_numeric.h"
 
-#include "tests/support/element_cast.h"
+#include "tests/support/batch.h"
 #include "tests/support/service_double.h"
 
 #include <services/decimal.h>

@@ -32,7 +32,6 @@
 
 #include "tests/support/batch.h"
 #include "tests/support/call.h"
-#include "tests/support/element_cast.h"
 #include "tests/support/service_double.h"
 
 #include <bcast/codes.h>
@@ -48,14 +47,19 @@ namespace bcast::test {
 
 // What becomes of the flags, and which rows are converted: those with a flag, if nothing else is said.
 enum class row_flags {
-    copied,                  // row by row
-    copied_ahead,            // as a block where there is no sel, else row by row
-    copied_for_all,          // row by row, and null rows are converted as well
-    converted_when_no_null,  // row by row; where no_null is set, null rows are converted as well
-    filled_when_no_null,     // where no_null is set: 1, no flag is read and all rows are converted; else row by row
-    set,                     // 1 ahead; no flag is read and all rows are converted
-    set_and_null_in_element, // 1 ahead; null rows hold null_result. Where no_null is set as above
+    copied,                   // row by row
+    copied_ahead,             // as a block where there is no sel, else row by row
+    copied_for_all,           // row by row, and null rows are converted as well
+    converted_when_no_null,   // row by row; where no_null is set, null rows are converted as well
+    filled_when_no_null,      // where no_null is set: 1, no flag is read and all rows are converted; else row by row
+    set,                      // 1 ahead; no flag is read and all rows are converted
+    set_and_null_in_element,  // 1 ahead; null rows hold null_result. Where no_null is set as above
+    filled_or_copied_for_all, // where no_null is set: 1, and no flag is read; else row by row. All are converted
+    cleared,                  // 0 ahead; no flag is read, no row converted, and no_null cleared if it does not stay
 };
+
+// What a cast reads of its source. The rest cannot be read in its batches.
+enum class source_reading { everything, flags_alone, nothing };
 
 // What a cast makes of a service that fails.
 enum class service_failure {
@@ -79,7 +83,8 @@ struct row_step {
 struct row_outcome {
     std::vector<row_step> steps = {};
     int32_t status = 0;                                    // the cast's own verdict behind the steps
-    bool turns_null = false;                               // behind the steps
+    bool turns_null = false;                               // behind the steps; with its element, if it has one
+    bool keeps_no_null = false;                            // although it turns null
     std::string element = {};                              // of fixed width; of no bytes if it stays as it was
     std::optional<target_image::text> text = std::nullopt; // or made by the services
 
@@ -103,7 +108,8 @@ struct row_input {
     bool first; // no present row has gone before
     const setup &how;
     const bdta3_col *source = nullptr;
-    const row_cast &cast; // with the arguments and modes of this batch
+    const row_cast &cast;  // with the arguments and modes of this batch
+    bool captures = false; // failures, into err_codes
 
     template <class T> T as() const
     {
@@ -133,6 +139,7 @@ struct row_cast {
     uint16_t cmp_op = '=';
     int32_t compat_mode = 0, compat_mode2 = 0; // while a batch runs
     std::vector<service_call> at_end = {};     // behind the last row, if the cast gets there
+    source_reading reads = source_reading::everything;
 
     size_t from_bytes() const { return samples.front().size(); }
     bool captures() const;
@@ -140,6 +147,13 @@ struct row_cast {
 };
 
 void PrintTo(const row_cast &c, std::ostream *out);
+
+struct sample {
+    std::string from, to;
+};
+
+// A cast between elements of fixed width that calls no service: what becomes of each sample, and of no other element.
+row_cast cast_of_samples(const char *name, any_cast cast, row_flags flags, const std::vector<sample> &samples);
 
 // The casts of a list for which that holds.
 template <class Holds> std::vector<row_cast> casts_where(const std::vector<row_cast> &casts, const Holds &holds)
@@ -173,6 +187,9 @@ std::vector<batch_row> sample_rows(const row_cast &c, const std::vector<uint8_t>
 
 // Everything that can be told of a cast whose services do not fail.
 void expect_rows_and_null_rows(const row_cast &c);
+
+// What a cast that works on blocks of rows can get wrong besides.
+void expect_blocks(const row_cast &c);
 
 // Of rows that are not converted no element is looked at.
 void expect_null_rows_unread(const row_cast &c);
