@@ -11,7 +11,8 @@
 //     00 00 FF FB   -5         FF FF 7F FF   does not fit: 7F is not of that sign
 //     00 FF FF FB   -5         FF FF 00 05   does not fit: zeros behind FF stay
 //     00 00 80 00   -32768     00 01 00 05   does not fit
-#include "embedded/base/short_text.h"
+#include "embedded/base/machine.h"
+#include "machine/short_copy.h"
 
 #include <bcast/codes.h>
 #include <services/binary.h>
@@ -59,7 +60,7 @@ template <class T> int32_t to_integer(const uint8_t *bytes, uint32_t len, void *
         len = 8;
     }
     const char *first = reinterpret_cast<const char *>(bytes);
-    const uint64_t value = __builtin_bswap64(any_machine::load_bytes(first, len)) >> 8 * (8 - len);
+    const uint64_t value = __builtin_bswap64(load_bytes(first, len)) >> 8 * (8 - len);
     if constexpr (bits < 64) {
         if (!fits(value >> bits, (value >> (bits - 1)) % 2))
             return ERR_OVERFLOW;

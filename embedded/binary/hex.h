@@ -4,7 +4,9 @@
 // One struct for each kind of machine; their functions do the same.
 #pragma once
 
-#include "embedded/base/short_text.h"
+#include "embedded/base/machine.h"
+#include "machine/digits.h"
+#include "machine/short_copy.h"
 
 #include <array>
 
@@ -15,7 +17,9 @@ inline constexpr size_t hex_decode_room = 32;
 
 inline constexpr char hex_digits[] = "0123456789ABCDEF";
 
-struct any_hex {
+template <level at> struct hex_text : hex_text<below(at)> {};
+
+template <> struct hex_text<level::any> {
     using bytes8 [[gnu::vector_size(8)]] = uint8_t;
     using bytes16 [[gnu::vector_size(16)]] = uint8_t;
     using words2 [[gnu::vector_size(16)]] = uint64_t;
@@ -49,7 +53,7 @@ struct any_hex {
     {
         uint64_t head = 0, tail;
         if (count <= 8) {
-            tail = (any_machine::load_bytes(digits, count) ^ eight_zeros) << 8 * (8 - count);
+            tail = (load_bytes(digits, count) ^ eight_zeros) << 8 * (8 - count);
         } else {
             head = (load<uint64_t>(digits) ^ eight_zeros) << 8 * (16 - count);
             tail = load<uint64_t>(digits + count - 8) ^ eight_zeros;
@@ -119,12 +123,12 @@ struct any_hex {
     }
 };
 
-#if defined(BCAST_HAS_AVX512_MACHINE)
+#if defined(MACHINE_IS_X86_64)
 
 // Masks of all ones are there for g++ 12, which warns of its own intrinsics without a mask.
-struct avx512_hex {
+template <> struct hex_text<level::avx512> {
     // The values of 64 digits; clears bits in good where a character is none.
-    BCAST_AVX512 static __m512i values(__m512i characters, __mmask64 &good)
+    CODE_FOR_AVX512 static __m512i values(__m512i characters, __mmask64 &good)
     {
         const __m512i digit = _mm512_sub_epi8(characters, _mm512_set1_epi8('0'));
         const __m512i letter =
@@ -135,14 +139,14 @@ struct avx512_hex {
     }
 
     // The 32 bytes that 64 characters spell.
-    BCAST_AVX512 static __m256i decode_block(__m512i characters, __mmask64 &good)
+    CODE_FOR_AVX512 static __m256i decode_block(__m512i characters, __mmask64 &good)
     {
         const __m512i pairs = _mm512_maddubs_epi16(values(characters, good), _mm512_set1_epi16(16 + (1 << 8)));
         return _mm512_maskz_cvtepi16_epi8(0xFFFFFFFF, pairs);
     }
 
     // Up to 64 digits, an odd count behind a zero.
-    BCAST_AVX512 static bool decode_short(const char *digits, size_t count, uint8_t *bytes)
+    CODE_FOR_AVX512 static bool decode_short(const char *digits, size_t count, uint8_t *bytes)
     {
         const size_t odd = count % 2;
         const __mmask64 mask = _bzhi_u64(~uint64_t{0}, count) << odd;
@@ -154,19 +158,19 @@ struct avx512_hex {
         return true;
     }
 
-    BCAST_AVX512 static bool decode(const char *digits, size_t count, uint8_t *bytes)
+    CODE_FOR_AVX512 static bool decode(const char *digits, size_t count, uint8_t *bytes)
     {
         if (count <= 64)
             return decode_short(digits, count, bytes);
         __mmask64 good = ~__mmask64{0};
-        for_blocks<64>(count, [&](size_t at) BCAST_AVX512 { values(_mm512_loadu_si512(digits + at), good); });
+        for_blocks<64>(count, [&](size_t at) CODE_FOR_AVX512 { values(_mm512_loadu_si512(digits + at), good); });
         if (~good != 0)
             return false;
         if (count % 2 != 0) {
             decode_short(digits++, 1, bytes++);
             count--;
         }
-        for_blocks<64>(count, [&](size_t at) BCAST_AVX512 {
+        for_blocks<64>(count, [&](size_t at) CODE_FOR_AVX512 {
             _mm256_storeu_si256(reinterpret_cast<__m256i *>(bytes + at / 2),
                                 decode_block(_mm512_loadu_si512(digits + at), good));
         });
@@ -174,7 +178,7 @@ struct avx512_hex {
     }
 
     // The 64 digits of 32 bytes.
-    BCAST_AVX512 static __m512i encode_block(__m256i bytes)
+    CODE_FOR_AVX512 static __m512i encode_block(__m256i bytes)
     {
         const __m512i wide = _mm512_cvtepu8_epi16(bytes);
         const __m512i halves = _mm512_or_si512(_mm512_srli_epi16(wide, 4), _mm512_slli_epi16(wide, 8));
@@ -183,7 +187,7 @@ struct avx512_hex {
         return _mm512_shuffle_epi8(digits, _mm512_and_si512(halves, _mm512_set1_epi8(15)));
     }
 
-    BCAST_AVX512 static __m256i encode_half(__m128i bytes)
+    CODE_FOR_AVX512 static __m256i encode_half(__m128i bytes)
     {
         const __m256i wide = _mm256_cvtepu8_epi16(bytes);
         const __m256i halves = _mm256_or_si256(_mm256_srli_epi16(wide, 4), _mm256_slli_epi16(wide, 8));
@@ -192,7 +196,7 @@ struct avx512_hex {
         return _mm256_shuffle_epi8(digits, _mm256_and_si256(halves, _mm256_set1_epi8(15)));
     }
 
-    BCAST_AVX512 static void encode(const uint8_t *bytes, size_t size, char *text)
+    CODE_FOR_AVX512 static void encode(const uint8_t *bytes, size_t size, char *text)
     {
         if (size < 16) {
             const __mmask64 mask = _bzhi_u64(~uint64_t{0}, 2 * size);
@@ -202,24 +206,20 @@ struct avx512_hex {
         }
         // Whole stores, which a caller can read back at once, as it cannot those under a mask.
         if (size < 32) {
-            for_blocks<16>(size, [&](size_t at) BCAST_AVX512 {
+            for_blocks<16>(size, [&](size_t at) CODE_FOR_AVX512 {
                 const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(bytes + at));
                 _mm256_storeu_si256(reinterpret_cast<__m256i *>(text + 2 * at), encode_half(block));
             });
             text[2 * size] = '\0';
             return;
         }
-        for_blocks<32>(size, [&](size_t at) BCAST_AVX512 {
+        for_blocks<32>(size, [&](size_t at) CODE_FOR_AVX512 {
             const __m256i block = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(bytes + at));
             _mm512_storeu_si512(text + 2 * at, encode_block(block));
         });
         text[2 * size] = '\0';
     }
 };
-
-#else
-
-using avx512_hex = any_hex;
 
 #endif
 

@@ -1,5 +1,4 @@
 // Values that casts hand over to a column, and space for those that they write themselves.
-#include "embedded/base/by_machine.h"
 #include "embedded/base/out_of_memory.h"
 #include "embedded/column/keep_bytes.h"
 
@@ -18,42 +17,32 @@ namespace {
     string_elements(*col->data)[row] = {len, pad, copy};
 }
 
-template <class Machine>
-[[gnu::always_inline]] inline void assign(bdta3_col *col, int32_t row, const char *bytes, int32_t len, int32_t pad)
+template <level at> ALWAYS_INLINE void assign(bdta3_col *col, int32_t row, const char *bytes, int32_t len, int32_t pad)
 {
-    char *copy = keep_short<Machine>(column_of(col->data), bytes, size_t(len));
+    char *copy = keep_short<at>(column_of(col->data), bytes, size_t(len));
     if (copy == nullptr)
         return assign_long(col, row, bytes, len, pad);
     string_elements(*col->data)[row] = {len, pad, copy};
 }
 
-// The services, for each kind of machine.
-
-void assign_str_any(void *, void *, bdta3_col *col, int32_t row, const char *text, int32_t len, int32_t pad)
+template <level at>
+ALWAYS_INLINE void assign_text(void *, void *, bdta3_col *col, int32_t row, const char *text, int32_t len, int32_t pad)
 {
-    assign<any_machine>(col, row, text, len, pad);
-}
-BCAST_AVX512 void assign_str_avx512(void *, void *, bdta3_col *col, int32_t row, const char *text, int32_t len,
-                                    int32_t pad)
-{
-    assign<avx512_machine>(col, row, text, len, pad);
+    assign<at>(col, row, text, len, pad);
 }
 
-void assign_bin_any(void *, void *, bdta3_col *col, int32_t row, const void *bytes, int32_t len)
+template <level at>
+ALWAYS_INLINE void assign_bytes(void *, void *, bdta3_col *col, int32_t row, const void *bytes, int32_t len)
 {
-    assign<any_machine>(col, row, static_cast<const char *>(bytes), len, 0);
-}
-BCAST_AVX512 void assign_bin_avx512(void *, void *, bdta3_col *col, int32_t row, const void *bytes, int32_t len)
-{
-    assign<avx512_machine>(col, row, static_cast<const char *>(bytes), len, 0);
+    assign<at>(col, row, static_cast<const char *>(bytes), len, 0);
 }
 
 } // namespace
 
 } // namespace embedded
 
-SERVICE_BY_MACHINE(bdta3_col_assign_str, embedded::assign_str_any, embedded::assign_str_avx512);
-SERVICE_BY_MACHINE(bdta3_col_assign_bin, embedded::assign_bin_any, embedded::assign_bin_avx512);
+PICKED_AT_LOAD(bdta3_col_assign_str, embedded::assign_text);
+PICKED_AT_LOAD(bdta3_col_assign_bin, embedded::assign_bytes);
 
 void *bdta3_col_space_alloc(void *, void *, bdta3_col_data *coldata, int32_t size)
 {

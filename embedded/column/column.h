@@ -2,7 +2,7 @@
 #pragma once
 
 #include "embedded/base/arena.h"
-#include "embedded/base/short_text.h"
+#include "embedded/base/machine.h"
 
 #include <bcast/embedded.h>
 

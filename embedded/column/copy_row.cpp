@@ -1,7 +1,6 @@
 // Rows copied from one column into another, flags and all.
 #include "embedded/column/copy_row.h"
 
-#include "embedded/base/by_machine.h"
 #include "embedded/column/keep_bytes.h"
 
 #include <cstring>
@@ -13,8 +12,8 @@ namespace {
 // Calls copy_element(source row, target row) for the rows that hold a value, as
 // long as it says true.
 template <class CopyElement>
-int32_t copy_rows(const bdta3_col *src, uint32_t src_pos, bdta3_col *dst, uint32_t dst_pos, uint32_t count,
-                  CopyElement copy_element)
+ALWAYS_INLINE int32_t copy_rows(const bdta3_col *src, uint32_t src_pos, bdta3_col *dst, uint32_t dst_pos,
+                                uint32_t count, CopyElement copy_element)
 {
     for (uint32_t i = 0; i < count; i++) {
         const size_t from = src->sel != nullptr ? src->sel[src_pos + i] : src_pos + i;
@@ -27,15 +26,15 @@ int32_t copy_rows(const bdta3_col *src, uint32_t src_pos, bdta3_col *dst, uint32
     return 0;
 }
 
-template <class Machine>
-[[gnu::always_inline]] inline int32_t copy_strings(const bdta3_col *src, uint32_t src_pos, bdta3_col *dst,
-                                                   uint32_t dst_pos, uint32_t count)
+template <level at>
+ALWAYS_INLINE int32_t copy_strings(void *, void *, const bdta3_col *src, uint32_t src_pos, bdta3_col *dst,
+                                   uint32_t dst_pos, void *, uint32_t count)
 {
     bcast_column &target = column_of(dst->data);
-    return copy_rows(src, src_pos, dst, dst_pos, count, [&](size_t from, size_t to) {
+    return copy_rows(src, src_pos, dst, dst_pos, count, [&](size_t from, size_t to) INLINED {
         const bdta3_str element = string_elements(*src->data)[from];
         const auto size = size_t(element.length);
-        char *copy = keep_short<Machine>(target, element.text, size);
+        char *copy = keep_short<at>(target, element.text, size);
         if (copy == nullptr)
             copy = keep_bytes(target, element.text, size);
         if (copy == nullptr)
@@ -45,25 +44,13 @@ template <class Machine>
     });
 }
 
-int32_t copy_string_rows(void *, void *, const bdta3_col *src, uint32_t src_pos, bdta3_col *dst, uint32_t dst_pos,
-                         void *, uint32_t count)
-{
-    return copy_strings<any_machine>(src, src_pos, dst, dst_pos, count);
-}
-
-BCAST_AVX512 int32_t copy_string_rows_avx512(void *, void *, const bdta3_col *src, uint32_t src_pos, bdta3_col *dst,
-                                             uint32_t dst_pos, void *, uint32_t count)
-{
-    return copy_strings<avx512_machine>(src, src_pos, dst, dst_pos, count);
-}
-
 template <size_t Stride>
 int32_t copy_fixed_rows(void *, void *, const bdta3_col *src, uint32_t src_pos, bdta3_col *dst, uint32_t dst_pos,
                         void *, uint32_t count)
 {
     const char *source = static_cast<const char *>(src->data->values);
     char *target = static_cast<char *>(dst->data->values);
-    return copy_rows(src, src_pos, dst, dst_pos, count, [&](size_t from, size_t to) {
+    return copy_rows(src, src_pos, dst, dst_pos, count, [&](size_t from, size_t to) INLINED {
         memmove(target + to * Stride, source + from * Stride, Stride);
         return true;
     });
@@ -72,7 +59,7 @@ int32_t copy_fixed_rows(void *, void *, const bdta3_col *src, uint32_t src_pos, 
 int32_t copy_flags(void *, void *, const bdta3_col *src, uint32_t src_pos, bdta3_col *dst, uint32_t dst_pos, void *,
                    uint32_t count)
 {
-    return copy_rows(src, src_pos, dst, dst_pos, count, [](size_t, size_t) { return true; });
+    return copy_rows(src, src_pos, dst, dst_pos, count, [](size_t, size_t) INLINED { return true; });
 }
 
 } // namespace
@@ -80,7 +67,7 @@ int32_t copy_flags(void *, void *, const bdta3_col *src, uint32_t src_pos, bdta3
 bdta3_copy_row_fn *copy_row_of(bcast_type type)
 {
     if (bcast_type_is_string(type))
-        return has_avx512 ? copy_string_rows_avx512 : copy_string_rows;
+        return best_of<copy_strings<level::any>, copy_strings<level::avx2>, copy_strings<level::avx512>>();
     switch (bcast_type_stride(type)) {
     case 4:
         return copy_fixed_rows<4>;

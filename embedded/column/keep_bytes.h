@@ -1,8 +1,8 @@
 // Bytes into the arena of a column.
 #pragma once
 
-#include "embedded/base/short_text.h"
 #include "embedded/column/column.h"
+#include "machine/short_copy.h"
 
 namespace embedded {
 
@@ -12,15 +12,15 @@ char *keep_bytes(bcast_column &column, const void *bytes, size_t size);
 
 // The same, but null also when the bytes are many or the arena has to grow:
 // keep_bytes knows then.
-template <class Machine>
-[[gnu::always_inline]] inline char *keep_short(bcast_column &column, const char *bytes, size_t size)
+template <level at> ALWAYS_INLINE char *keep_short(bcast_column &column, const char *bytes, size_t size)
 {
-    static_assert(Machine::copy_max <= arena_slack);
+    using copies = short_copies<at>;
+    static_assert(copies::copy_max <= arena_slack);
     char *copy = column.bytes.at;
-    if (size > Machine::copy_blocks_max || size >= size_t(column.bytes.end - copy))
+    if (size > copies::copy_blocks_max || size >= size_t(column.bytes.end - copy))
         return nullptr;
     column.bytes.at += size + 1;
-    Machine::copy_blocks(copy, bytes, size);
+    copies::copy_blocks(copy, bytes, size);
     copy[size] = '\0';
     return copy;
 }

@@ -1,7 +1,7 @@
 // The header in front of the value in a large-object constant.
 #pragma once
 
-#include "embedded/base/short_text.h"
+#include "embedded/base/machine.h"
 
 #include <bcast/column.h>
 
@@ -32,7 +32,7 @@ inline void write_lob_header(void *to, uint32_t value_len)
     memcpy(static_cast<char *>(to) + offsetof(lob_header, value_len), &value_len, sizeof value_len);
 }
 
-#if defined(BCAST_HAS_AVX512_MACHINE)
+#if defined(MACHINE_IS_X86_64)
 
 // The constant of a value of at most value_max bytes, in blocks of 32 bytes. Each is written in one store, for a reader
 // right behind it that takes such blocks: it would have to wait for smaller ones.
@@ -42,7 +42,7 @@ struct short_lob {
 
     __m256i header, middle, rest;
 
-    BCAST_AVX512 short_lob(const char *value, uint32_t len)
+    CODE_FOR_AVX512 short_lob(const char *value, uint32_t len)
     {
         // The header's second block is zeros, and so is its first behind the length.
         constexpr size_t header_end = LOB_HEADER_SIZE % block, value_at = 16 - header_end;
@@ -56,14 +56,14 @@ struct short_lob {
     }
 
     // The part that has values of up to 21 bytes as a whole; writes front_room bytes.
-    BCAST_AVX512 void write_front(char *to) const
+    CODE_FOR_AVX512 void write_front(char *to) const
     {
         _mm256_storeu_si256(reinterpret_cast<__m256i *>(to), header);
         _mm256_storeu_si256(reinterpret_cast<__m256i *>(to + block), middle);
     }
 
     // Writes room bytes.
-    BCAST_AVX512 void write(char *to) const
+    CODE_FOR_AVX512 void write(char *to) const
     {
         write_front(to);
         _mm256_storeu_si256(reinterpret_cast<__m256i *>(to + front_room), rest);

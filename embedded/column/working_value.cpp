@@ -1,6 +1,5 @@
 // nstr: values on their way into a column. outline_state is the capacity of the
 // pool block that outline is at, or 0 while outline is at the inline bytes.
-#include "embedded/base/by_machine.h"
 #include "embedded/base/out_of_memory.h"
 #include "embedded/column/large_object.h"
 #include "embedded/column/pool.h"
@@ -57,14 +56,14 @@ char *make_room(void *heap, nstr &value, size_t size, size_t inline_max)
     return 0;
 }
 
-#if defined(BCAST_HAS_AVX512_MACHINE)
+#if defined(MACHINE_IS_X86_64)
 
 using embedded::short_lob;
 
 constexpr uint32_t inline_value_max = uint32_t{NSTR_INLINE_MAX} - uint32_t{LOB_HEADER_SIZE};
 
 // For a short value in the smallest block there is, or inline, where that needs no more ado.
-BCAST_AVX512 int32_t assign_lob_avx512(void *env, void *heap, nstr *value, const char *bytes, int32_t len)
+CODE_FOR_AVX512 inline int32_t assign_short_lob(void *env, void *heap, nstr *value, const char *bytes, int32_t len)
 {
     const auto value_len = uint32_t(len);
     if (value_len > short_lob::value_max) [[unlikely]]
@@ -93,15 +92,21 @@ BCAST_AVX512 int32_t assign_lob_avx512(void *env, void *heap, nstr *value, const
     return 0;
 }
 
-#else
-
-constexpr auto assign_lob_avx512 = assign_lob;
-
 #endif
+
+template <machine::level at>
+ALWAYS_INLINE int32_t assign_constant(void *env, void *heap, nstr *value, const char *bytes, int32_t len)
+{
+#if defined(MACHINE_IS_X86_64)
+    if constexpr (at == machine::level::avx512)
+        return assign_short_lob(env, heap, value, bytes, len);
+#endif
+    return assign_lob(env, heap, value, bytes, len);
+}
 
 } // namespace
 
-SERVICE_BY_MACHINE(nblob_assign_const, assign_lob, assign_lob_avx512);
+PICKED_AT_LOAD(nblob_assign_const, assign_constant);
 
 // A short text stands inline with outline at it, so that a reader finds it by
 // either way.

@@ -24,8 +24,8 @@
 // ERR_TRUNCATED, and nothing is written.
 #pragma once
 
+#include "embedded/base/machine.h"
 #include "embedded/base/powers_of_ten.h"
-#include "embedded/base/words.h"
 
 #include <bcast/codes.h>
 #include <bcast/column.h>

@@ -1,7 +1,7 @@
 // Decimals from doubles, and doubles from decimals.
 #include "embedded/base/powers_of_ten.h"
-#include "embedded/base/short_text.h"
 #include "embedded/decimal/decimal.h"
+#include "embedded/text/plain_number.h"
 
 #include <services/decimal.h>
 
@@ -45,7 +45,7 @@ bool scales_clearly(double magnitude, uint32_t scale, uint64_t *units)
     const auto behind_first = size_t(std::max<ptrdiff_t>(e - text - 2, 0));
     uint64_t rest = 0;
     if (behind_first > 0)
-        any_machine::read_digits(text + 2, behind_first, &rest);
+        plain_numbers<level::any>::read_digits(text + 2, behind_first, &rest);
     const auto first = uint64_t(text[0] - '0');
     decimal result = {std::signbit(value), 0, first * powers_of_ten[behind_first] + rest};
 

@@ -1,5 +1,4 @@
 // Decimals from text, rounded into their shape.
-#include "embedded/base/by_machine.h"
 #include "embedded/decimal/plain_decimal.h"
 #include "embedded/text/bare_number.h"
 #include "embedded/text/decimal_literal.h"
@@ -56,51 +55,44 @@ bool read_with_exponent(const bare_number &number, decimal *value)
 }
 
 // A number of which something was cut off.
-bool read_plain(const bare_number &number, size_t size, decimal *value)
+template <level at> bool read_plain(const bare_number &number, size_t size, decimal *value)
 {
-    if (has_avx512 ? !read_long_decimal(number.text, size, value)
-                   : size - 1 > plain_decimal_max || !read_short_decimal(any_machine(), number.text, size, value))
+    if (!plain_decimals<at>::read_long(number.text, size, value))
         return false;
     value->negative = number.negative;
     return true;
 }
 
+template <level at>
 [[gnu::noinline]] int32_t other_text_to_decimal(const char *text, size_t size, int32_t len, int32_t prec, xdec *out)
 {
     const shape room = shape_of(len, prec);
     decimal value;
     const bool has_blanks = size > 0 && (is_blank(text[0]) || is_blank(text[size - 1]));
-    if (has_avx512 && !has_blanks && read_long_decimal(text, size, &value))
-        return write_rounded(value, room, out);
+    if constexpr (plain_decimals<at>::long_max > plain_decimal_max + 1) {
+        if (!has_blanks && plain_decimals<at>::read_long(text, size, &value))
+            return write_rounded(value, room, out);
+    }
     const bare_number number = bare_number_of(text, size);
     const size_t plain = plain_size(number);
-    if ((number.negative + plain < size && read_plain(number, plain, &value)) || read_with_exponent(number, &value))
+    if ((number.negative + plain < size && read_plain<at>(number, plain, &value)) || read_with_exponent(number, &value))
         return write_rounded(value, room, out);
     return literal_to_decimal(number, room, out);
 }
 
-template <class Machine>
-[[gnu::always_inline]] inline int32_t text_to_decimal(const char *text, size_t size, int32_t len, int32_t prec,
-                                                      xdec *out)
+template <level at>
+ALWAYS_INLINE int32_t text_to_decimal(const char *text, uint16_t length, int32_t len, int32_t prec, xdec *out)
 {
+    const size_t size = length;
     decimal value;
     // A size of 0 counts as a large one.
-    if (size - 1 > plain_decimal_max || !read_short_decimal(Machine(), text, size, &value))
-        return other_text_to_decimal(text, size, len, prec, out);
+    if (size - 1 > plain_decimal_max || !plain_decimals<at>::read_short(text, size, &value))
+        return other_text_to_decimal<at>(text, size, len, prec, out);
     return write_rounded(value, shape_of(len, prec), out);
-}
-
-int32_t text_to_decimal_any(const char *text, uint16_t size, int32_t len, int32_t prec, xdec *out)
-{
-    return text_to_decimal<any_machine>(text, size, len, prec, out);
-}
-BCAST_AVX512 int32_t text_to_decimal_avx512(const char *text, uint16_t size, int32_t len, int32_t prec, xdec *out)
-{
-    return text_to_decimal<avx512_machine>(text, size, len, prec, out);
 }
 
 } // namespace
 
 } // namespace embedded
 
-SERVICE_BY_MACHINE(xdec_from_char_with_len_prec, embedded::text_to_decimal_any, embedded::text_to_decimal_avx512);
+PICKED_AT_LOAD(xdec_from_char_with_len_prec, embedded::text_to_decimal);

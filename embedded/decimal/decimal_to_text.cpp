@@ -1,8 +1,6 @@
 // The text of decimals, with the digits of a shape or without one.
-#include "embedded/base/by_machine.h"
-#include "embedded/base/short_text.h"
-#include "embedded/base/written_digits.h"
 #include "embedded/decimal/decimal.h"
+#include "embedded/text/written_digits.h"
 
 #include <services/decimal.h>
 
@@ -22,8 +20,7 @@ size_t shown_digits(uint64_t value, uint32_t scale) { return std::max(size_t{dig
 
 // Writes all digits in a row, then those behind the point once more, one byte further on. Nothing depends on how many
 // digits there are but addresses and shifts.
-template <class Digits>
-[[gnu::always_inline]] inline int32_t write_short(char *buf, bool negative, uint64_t value, uint32_t scale)
+template <level at> ALWAYS_INLINE int32_t write_digits(char *buf, bool negative, uint64_t value, uint32_t scale)
 {
     const size_t count = shown_digits(value, scale);
     *buf = '-';
@@ -36,37 +33,40 @@ template <class Digits>
         value %= head_unit;
     }
     const size_t tail_count = std::min<size_t>(count, 16);
-    const Digits tail(value);
+    const written_digits<at> tail(value);
     tail.write_from(16 - tail_count, first);
     *point = '.';
     tail.write_from(16 - scale, point + 1);
     return int32_t(point - buf) + (scale > 0) + int32_t(scale);
 }
 
-[[gnu::noinline]] int32_t write_short_any(char *buf, bool negative, uint64_t value, uint32_t scale)
-{
-    return write_short<any_digits>(buf, negative, value, scale);
-}
+template <level at> struct short_texts : short_texts<below(at)> {};
 
-#if defined(BCAST_HAS_AVX512_MACHINE)
+template <> struct short_texts<level::any> {
+    [[gnu::noinline]] static int32_t write(char *buf, bool negative, uint64_t value, uint32_t scale)
+    {
+        return write_digits<level::any>(buf, negative, value, scale);
+    }
+};
 
-[[gnu::noinline]] BCAST_AVX512 int32_t write_split_avx512(char *buf, bool negative, uint64_t value, uint32_t scale)
-{
-    return write_short<avx512_digits>(buf, negative, value, scale);
-}
+#if defined(MACHINE_IS_X86_64)
 
-BCAST_AVX512 int32_t write_short_avx512(char *buf, bool negative, uint64_t value, uint32_t scale)
-{
-    if (value >= head_unit) [[unlikely]]
-        return write_split_avx512(buf, negative, value, scale);
-    const size_t count = shown_digits(value, scale);
-    avx512_digits(value).write_number(negative, count, scale, buf);
-    return int32_t(negative + count + (scale > 0));
-}
+template <> struct short_texts<level::avx512> {
+    [[gnu::noinline]] CODE_FOR_AVX512 static int32_t write_split(char *buf, bool negative, uint64_t value,
+                                                                 uint32_t scale)
+    {
+        return write_digits<level::avx512>(buf, negative, value, scale);
+    }
 
-#else
-
-constexpr auto write_short_avx512 = write_short_any;
+    CODE_FOR_AVX512 static int32_t write(char *buf, bool negative, uint64_t value, uint32_t scale)
+    {
+        if (value >= head_unit) [[unlikely]]
+            return write_split(buf, negative, value, scale);
+        const size_t count = shown_digits(value, scale);
+        written_digits<level::avx512>(value).write_number(negative, count, scale, buf);
+        return int32_t(negative + count + (scale > 0));
+    }
+};
 
 #endif
 
@@ -85,7 +85,7 @@ constexpr auto write_short_avx512 = write_short_any;
     uint128 rest = coefficient;
     for (char *at = end; at != characters;) {
         const uint128 quotient = rest / powers_of_ten[16];
-        any_digits(uint64_t(rest - quotient * powers_of_ten[16])).write_from(0, at -= 16);
+        written_digits<level::any>(uint64_t(rest - quotient * powers_of_ten[16])).write_from(0, at -= 16);
         rest = quotient;
     }
     const char *point = end - held;
@@ -108,10 +108,9 @@ constexpr auto write_short_avx512 = write_short_any;
     return 0;
 }
 
-// `write` writes a short one.
-template <class Write>
-[[gnu::always_inline]] inline int32_t decimal_to_text(const xdec *src, char *buf, int32_t buf_size, uint16_t len,
-                                                      int32_t prec, int32_t *out_len, Write write)
+template <level at>
+ALWAYS_INLINE int32_t decimal_to_text(const xdec *src, char *buf, int32_t buf_size, uint16_t len, int32_t prec,
+                                      int32_t *out_len)
 {
     const decimal value = read_decimal(src);
     const uint32_t scale = has_shape(len, prec) ? uint32_t(std::max(prec, 0)) : value.scale;
@@ -119,24 +118,14 @@ template <class Write>
     uint64_t shown;
     if (scale <= short_scale_max && zeros <= scale && buf_size >= short_room && is_short(value.coefficient) &&
         !__builtin_mul_overflow(uint64_t(value.coefficient), powers_of_ten[zeros], &shown)) [[likely]] {
-        *out_len = write(buf, value.negative, shown, scale);
+        *out_len = short_texts<at>::write(buf, value.negative, shown, scale);
         return 0;
     }
     return write_any(src, scale, buf, buf_size, out_len);
-}
-
-int32_t decimal_to_text_any(const xdec *src, char *buf, int32_t buf_size, uint16_t len, int32_t prec, int32_t *out_len)
-{
-    return decimal_to_text(src, buf, buf_size, len, prec, out_len, write_short_any);
-}
-BCAST_AVX512 int32_t decimal_to_text_avx512(const xdec *src, char *buf, int32_t buf_size, uint16_t len, int32_t prec,
-                                            int32_t *out_len)
-{
-    return decimal_to_text(src, buf, buf_size, len, prec, out_len, write_short_avx512);
 }
 
 } // namespace
 
 } // namespace embedded
 
-SERVICE_BY_MACHINE(xdec_to_char_with_zero, embedded::decimal_to_text_any, embedded::decimal_to_text_avx512);
+PICKED_AT_LOAD(xdec_to_char_with_zero, embedded::decimal_to_text);

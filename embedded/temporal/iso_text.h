@@ -3,12 +3,10 @@
 //     2023-07-14 12:34:56.789012
 //
 // of which a date is the first ten characters, and a time those from the twelfth
-// on. As in short_text.h there is one struct for each kind of machine. The writers
-// take every value; the reader, which is one for AVX-512 alone, leaves other texts
+// on. The writers take every value; the reader, which is one for AVX-512 alone, leaves other texts
 // to the reader of any text.
 #pragma once
 
-#include "embedded/base/short_text.h"
 #include "embedded/temporal/temporal.h"
 
 #include <array>
@@ -30,7 +28,9 @@ inline constexpr auto two_digits = [] {
     return digits;
 }();
 
-struct any_iso {
+template <level at> struct iso_texts : iso_texts<below(at)> {};
+
+template <> struct iso_texts<level::any> {
     static void write_pairs(char *to, const uint8_t *values, size_t count, char separator)
     {
         for (size_t i = 0; i < count; i++) {
@@ -71,7 +71,7 @@ struct any_iso {
     }
 };
 
-#if defined(BCAST_HAS_AVX512_MACHINE)
+#if defined(MACHINE_IS_X86_64)
 
 struct alignas(32) iso_block {
     uint8_t bytes[32];
@@ -87,12 +87,12 @@ constexpr iso_block block_of(const char (&characters)[iso_size + 1])
 
 // In halves of 16 characters, which is as far as bytes can be moved: the date and
 // the time up to the minute, and the rest.
-struct avx512_iso {
-    BCAST_AVX512 static __m256i load_block(const iso_block &from)
+template <> struct iso_texts<level::avx512> {
+    CODE_FOR_AVX512 static __m256i load_block(const iso_block &from)
     {
         return _mm256_load_si256(reinterpret_cast<const __m256i *>(&from));
     }
-    BCAST_AVX512 static __m128i load_half(const uint8_t *from)
+    CODE_FOR_AVX512 static __m128i load_half(const uint8_t *from)
     {
         return _mm_loadu_si128(reinterpret_cast<const __m128i *>(from));
     }
@@ -135,7 +135,7 @@ struct avx512_iso {
 
     // Reads a text without blanks around; false, with nothing written, when it is not one of those texts, or no value,
     // or a February 29, for which the year matters.
-    BCAST_AVX512 static bool read(const char *text, size_t size, temporal_words *value)
+    CODE_FOR_AVX512 static bool read(const char *text, size_t size, temporal_words *value)
     {
         if (size > iso_size || (sizes >> size & 1) == 0)
             return false;
@@ -164,7 +164,7 @@ struct avx512_iso {
     }
 
     // The digits of a value at their places, as numbers; those of the head alone are right without the tail.
-    BCAST_AVX512 static __m256i digits_of(temporal_words words)
+    CODE_FOR_AVX512 static __m256i digits_of(temporal_words words)
     {
         const __m128i bytes = _mm_set_epi64x(int64_t(words.tail), int64_t(words.head));
         const __m256i pairs = _mm256_cvtepu8_epi16(bytes);
@@ -176,14 +176,14 @@ struct avx512_iso {
     }
 
     // Moves the characters behind the second half's first size - 16.
-    BCAST_AVX512 static __m256i move_up(uint64_t characters, size_t size)
+    CODE_FOR_AVX512 static __m256i move_up(uint64_t characters, size_t size)
     {
         const __m128i moved = _mm_shuffle_epi8(_mm_cvtsi64_si128(int64_t(characters)), load_half(slide + 32 - size));
         return _mm256_inserti128_si256(_mm256_setzero_si256(), moved, 1);
     }
 
     // The text, with zeros behind it.
-    BCAST_AVX512 static __m256i datetime_of(const vqtime *value, size_t digits, uint64_t zone)
+    CODE_FOR_AVX512 static __m256i datetime_of(const vqtime *value, size_t digits, uint64_t zone)
     {
         const __m256i places = digits_of(load_words(value));
         const uint32_t shown = _bzhi_u32(0x3F << 20, unsigned(20 + digits));
@@ -196,20 +196,20 @@ struct avx512_iso {
 
     // Always 32 bytes: the NUL is one of the zeros, and whoever measures the text with one load finds it written by
     // one store.
-    BCAST_AVX512 static void store_text(char *text, __m256i characters)
+    CODE_FOR_AVX512 static void store_text(char *text, __m256i characters)
     {
         _mm256_storeu_si256(reinterpret_cast<__m256i *>(text), characters);
     }
 
-    // As those of any_iso, but that a zone has up to six characters.
+    // As those of level::any, but that a zone has up to six characters.
 
-    BCAST_AVX512 static void write_date(const vqtime *value, char *text)
+    CODE_FOR_AVX512 static void write_date(const vqtime *value, char *text)
     {
         const __m256i all = _mm256_or_si256(digits_of({load<uint64_t>(value), 0}), load_block(model));
         store_text(text, _mm256_maskz_mov_epi8((1 << iso_date_size) - 1, all));
     }
 
-    BCAST_AVX512 static void write_time(const vqtime *value, size_t digits, uint64_t zone, char *text)
+    CODE_FOR_AVX512 static void write_time(const vqtime *value, size_t digits, uint64_t zone, char *text)
     {
         const __m256i all = datetime_of(value, digits, zone);
         const __m128i head = _mm256_castsi256_si128(all), tail = _mm256_extracti128_si256(all, 1);
@@ -217,16 +217,12 @@ struct avx512_iso {
         store_text(text, _mm256_inserti128_si256(time, _mm_srli_si128(tail, iso_time_at), 1));
     }
 
-    BCAST_AVX512 static void write_datetime(const vqtime *value, size_t digits, uint64_t zone, char *text)
+    CODE_FOR_AVX512 static void write_datetime(const vqtime *value, size_t digits, uint64_t zone, char *text)
     {
         store_text(text, datetime_of(value, digits, zone));
         text[32] = '\0';
     }
 };
-
-#else
-
-using avx512_iso = any_iso;
 
 #endif
 

@@ -18,7 +18,7 @@
 // some text and some result, and does no harm.
 #pragma once
 
-#include "embedded/base/words.h"
+#include "embedded/base/machine.h"
 
 #include <services/temporal.h>
 

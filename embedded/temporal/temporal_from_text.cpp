@@ -1,5 +1,4 @@
 // Dates and times from text: the usual forms at once, any other by the reader of all of them.
-#include "embedded/base/by_machine.h"
 #include "embedded/base/characters.h"
 #include "embedded/temporal/iso_text.h"
 #include "embedded/temporal/temporal_reader.h"
@@ -32,7 +31,7 @@ int32_t give(temporal_words value, bool date_only, vqtime *result)
     return give(read.value, date_only, result);
 }
 
-#if defined(BCAST_HAS_AVX512_MACHINE)
+#if defined(MACHINE_IS_X86_64)
 
 // How many characters at the end are a zone in one of its usual forms, Z and +HH:MM.
 size_t usual_zone_size(const char *text, size_t size)
@@ -44,21 +43,22 @@ size_t usual_zone_size(const char *text, size_t size)
 
 // A length below 0 is too large for both readers.
 
-BCAST_AVX512 bool read_zoned_avx512(const char *text, size_t size, temporal_words *value)
+CODE_FOR_AVX512 inline bool read_zoned_avx512(const char *text, size_t size, temporal_words *value)
 {
     constexpr size_t size_max = iso_size + 6;
     if (size - 1 >= size_max)
         return false;
     int16_t zone;
     const size_t zone_size = usual_zone_size(text, size), front_size = size - zone_size;
-    if (zone_size == 0 || !read_zone(text + front_size, zone_size, &zone) || !avx512_iso::read(text, front_size, value))
+    if (zone_size == 0 || !read_zone(text + front_size, zone_size, &zone) ||
+        !iso_texts<level::avx512>::read(text, front_size, value))
         return false;
     value->head = value->head >> 16 << 16 | uint16_t(zone);
     return true;
 }
 
-[[gnu::noinline]] BCAST_AVX512 int32_t zoned_from_text_avx512(const char *text, int32_t length, uint16_t order,
-                                                              bool date_only, vqtime *result)
+[[gnu::noinline]] CODE_FOR_AVX512 int32_t zoned_from_text_avx512(const char *text, int32_t length, uint16_t order,
+                                                                 bool date_only, vqtime *result)
 {
     temporal_words value;
     if (read_zoned_avx512(text, size_t(length), &value))
@@ -67,49 +67,48 @@ BCAST_AVX512 bool read_zoned_avx512(const char *text, size_t size, temporal_word
 }
 
 // Calls nothing but in its last step, and so saves no register.
-[[gnu::always_inline]] BCAST_AVX512 inline int32_t from_text_avx512(const char *text, int32_t length, uint16_t order,
-                                                                    bool date_only, vqtime *result)
+CODE_FOR_AVX512 inline int32_t from_text_avx512(const char *text, int32_t length, uint16_t order, bool date_only,
+                                                vqtime *result)
 {
     temporal_words value;
-    if (avx512_iso::read(text, size_t(length), &value)) [[likely]]
+    if (iso_texts<level::avx512>::read(text, size_t(length), &value)) [[likely]]
         return give(value, date_only, result);
     return zoned_from_text_avx512(text, length, order, date_only, result);
 }
 
-#else
-
-constexpr auto from_text_avx512 = any_from_text;
-
 #endif
 
-// Nobody tells it the type: time and zone are kept, and a time alone is a value.
-int32_t in_order_any(const char *text, int32_t length, void *, uint16_t parse_word, vqtime *result, int32_t)
+template <level at>
+ALWAYS_INLINE int32_t from_text(const char *text, int32_t length, uint16_t order, bool date_only, vqtime *result)
 {
-    return any_from_text(text, length, parse_word, false, result);
+#if defined(MACHINE_IS_X86_64)
+    if constexpr (at == level::avx512)
+        return from_text_avx512(text, length, order, date_only, result);
+#endif
+    return any_from_text(text, length, order, date_only, result);
 }
-BCAST_AVX512 int32_t in_order_avx512(const char *text, int32_t length, void *, uint16_t parse_word, vqtime *result,
-                                     int32_t)
+
+// Nobody tells it the type: time and zone are kept, and a time alone is a value.
+template <level at>
+ALWAYS_INLINE int32_t in_order(const char *text, int32_t length, void *, uint16_t parse_word, vqtime *result, int32_t)
 {
-    return from_text_avx512(text, length, parse_word, false, result);
+    return from_text<at>(text, length, parse_word, false, result);
 }
 
 // The year stands first. For TYPE_DATE a time alone is no value, and of any other the date is kept; every other type is
 // TYPE_DATETIME.
-int32_t of_type_any(const char *text, int32_t length, int32_t type, vqtime *result, int32_t *)
+template <level at>
+ALWAYS_INLINE int32_t of_type(const char *text, int32_t length, int32_t type, vqtime *result, int32_t *)
 {
-    return any_from_text(text, length, year_first, type == TYPE_DATE, result);
-}
-BCAST_AVX512 int32_t of_type_avx512(const char *text, int32_t length, int32_t type, vqtime *result, int32_t *)
-{
-    return from_text_avx512(text, length, year_first, type == TYPE_DATE, result);
+    return from_text<at>(text, length, year_first, type == TYPE_DATE, result);
 }
 
 } // namespace
 
 } // namespace embedded
 
-SERVICE_BY_MACHINE(char_to_date_simple_with_alen, embedded::in_order_any, embedded::in_order_avx512);
-SERVICE_BY_MACHINE(vqtime_from_char_ex2, embedded::of_type_any, embedded::of_type_avx512);
+PICKED_AT_LOAD(char_to_date_simple_with_alen, embedded::in_order);
+PICKED_AT_LOAD(vqtime_from_char_ex2, embedded::of_type);
 
 // Nothing is left to do for a value that a parser made.
 void vqtime_glgl_adjust_ignore(vqtime *) {}

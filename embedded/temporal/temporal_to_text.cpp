@@ -1,5 +1,4 @@
 // The text of dates and times.
-#include "embedded/base/by_machine.h"
 #include "embedded/temporal/iso_text.h"
 
 #include <services/temporal.h>
@@ -30,53 +29,48 @@ uint64_t zone_characters(int32_t zone)
     return sign | uint64_t{'0' + hours / 100} << 8 | rest << 16;
 }
 
-template <class Iso>
-[[gnu::always_inline]] inline void write_with_zone(const vqtime *value, int32_t type, size_t digits, uint64_t zone,
-                                                   char *text)
-{
-    if (type == TYPE_TIME_TZ)
-        Iso::write_time(value, digits, zone, text);
-    else
-        Iso::write_datetime(value, digits, zone, text);
-}
-
-BCAST_AVX512 void write_with_zone_avx512(const vqtime *value, int32_t type, size_t digits, uint64_t zone, char *text)
-{
-    write_with_zone<avx512_iso>(value, type, digits, zone, text);
-}
-
 // YYYY-MM-DD, HH:MM:SS[.f], or both with a blank between. A fraction has all its digits but zeros at the end, and none
 // is shown where it is 0; a zone is not shown. Each value has a text.
 
-int32_t date_to_text_any(const vqdt_decoded *decoded, char *text)
+template <level at> ALWAYS_INLINE int32_t date_to_text(const vqdt_decoded *decoded, char *text)
 {
-    any_iso::write_date(value_of(decoded), text);
-    return 1;
-}
-int32_t time_to_text_any(const vqdt_decoded *decoded, char *text, int32_t)
-{
-    any_iso::write_time(value_of(decoded), fraction_digits_max, 0, text);
-    return 1;
-}
-int32_t datetime_to_text_any(const vqdt_decoded *decoded, char *text, int32_t)
-{
-    any_iso::write_datetime(value_of(decoded), fraction_digits_max, 0, text);
+    iso_texts<at>::write_date(value_of(decoded), text);
     return 1;
 }
 
-BCAST_AVX512 int32_t date_to_text_avx512(const vqdt_decoded *decoded, char *text)
+template <level at> ALWAYS_INLINE int32_t time_to_text(const vqdt_decoded *decoded, char *text, int32_t)
 {
-    avx512_iso::write_date(value_of(decoded), text);
+    iso_texts<at>::write_time(value_of(decoded), fraction_digits_max, 0, text);
     return 1;
 }
-BCAST_AVX512 int32_t time_to_text_avx512(const vqdt_decoded *decoded, char *text, int32_t)
+
+template <level at> ALWAYS_INLINE int32_t datetime_to_text(const vqdt_decoded *decoded, char *text, int32_t)
 {
-    avx512_iso::write_time(value_of(decoded), fraction_digits_max, 0, text);
+    iso_texts<at>::write_datetime(value_of(decoded), fraction_digits_max, 0, text);
     return 1;
 }
-BCAST_AVX512 int32_t datetime_to_text_avx512(const vqdt_decoded *decoded, char *text, int32_t)
+
+// ---- With a zone
+
+template <level at>
+ALWAYS_INLINE void write_with_zone(const vqtime *value, int32_t type, size_t digits, uint64_t zone, char *text)
 {
-    avx512_iso::write_datetime(value_of(decoded), fraction_digits_max, 0, text);
+    if (type == TYPE_TIME_TZ)
+        iso_texts<at>::write_time(value, digits, zone, text);
+    else
+        iso_texts<at>::write_datetime(value, digits, zone, text);
+}
+
+// A time for TYPE_TIME_TZ, else a datetime, with the zone behind it as +HH:MM. Digits of the fraction beyond the count
+// are cut, not rounded. A zone that no text has is shown in hours and minutes as well.
+template <level at> ALWAYS_INLINE int32_t zoned_to_text(const vqtime *value, int32_t type, int32_t digits, char *text)
+{
+    const auto shown = size_t(std::clamp(digits, 0, int32_t(fraction_digits_max)));
+    const uint64_t zone = zone_characters(vqtime_get_tz(value));
+    if (zone >> 48 == 0)
+        write_with_zone<at>(value, type, shown, zone, text);
+    else
+        write_with_zone<level::any>(value, type, shown, zone, text);
     return 1;
 }
 
@@ -90,19 +84,7 @@ void vqdt_date_encode_fast(const vqtime *value, vqdt_decoded *decoded) { embedde
 
 void vqdt_time_encode_fast(const vqtime *value, vqdt_decoded *decoded) { embedded::decode(value, decoded); }
 
-SERVICE_BY_MACHINE(vq_date_to_char, embedded::date_to_text_any, embedded::date_to_text_avx512);
-SERVICE_BY_MACHINE(vq_time_to_char, embedded::time_to_text_any, embedded::time_to_text_avx512);
-SERVICE_BY_MACHINE(vqdt_to_char, embedded::datetime_to_text_any, embedded::datetime_to_text_avx512);
-
-// A time for TYPE_TIME_TZ, else a datetime, with the zone behind it as +HH:MM. Digits of the fraction beyond the count
-// are cut, not rounded. A zone that no text has is shown in hours and minutes as well.
-int32_t vqtime_tz_to_char(const vqtime *value, int32_t type, int32_t digits, char *text)
-{
-    const auto shown = size_t(std::clamp(digits, 0, int32_t(embedded::fraction_digits_max)));
-    const uint64_t zone = embedded::zone_characters(vqtime_get_tz(value));
-    if (embedded::has_avx512 && zone >> 48 == 0)
-        embedded::write_with_zone_avx512(value, type, shown, zone, text);
-    else
-        embedded::write_with_zone<embedded::any_iso>(value, type, shown, zone, text);
-    return 1;
-}
+PICKED_AT_LOAD(vq_date_to_char, embedded::date_to_text);
+PICKED_AT_LOAD(vq_time_to_char, embedded::time_to_text);
+PICKED_AT_LOAD(vqdt_to_char, embedded::datetime_to_text);
+PICKED_AT_LOAD(vqtime_tz_to_char, embedded::zoned_to_text);

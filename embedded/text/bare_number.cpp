@@ -19,11 +19,6 @@ const char *before_zeros(const char *at, const char *end)
     return end;
 }
 
-BCAST_AVX512 bool read_short_avx512(const char *text, size_t size, uint64_t *digits, size_t *behind_point)
-{
-    return avx512_machine::read_decimal(text, size, digits, behind_point);
-}
-
 } // namespace
 
 const char *behind_blanks(const char *at, const char *end)
@@ -60,16 +55,15 @@ size_t size_without_last_zeros(const bare_number &number)
     return size_t(before_zeros(number.text, number.text + number.size) - number.text);
 }
 
-bool read_short(const char *text, size_t size, short_number *value)
+template <level at> ALWAYS_INLINE bool read_short_at(const char *text, size_t size, short_number *value)
 {
     size_t behind_point;
-    if (size > plain_decimal_max ||
-        !(has_avx512 ? read_short_avx512(text, size, &value->digits, &behind_point)
-                     : any_machine::read_decimal(text, size, &value->digits, &behind_point)))
+    if (size > plain_decimal_max || !plain_numbers<at>::read_decimal(text, size, &value->digits, &behind_point))
         return false;
     value->scale = int32_t(behind_point);
     return true;
 }
+PICKED_AT_LOAD(read_short, read_short_at);
 
 bool read_short_with_exponent(const bare_number &number, short_number *value)
 {

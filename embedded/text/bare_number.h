@@ -3,7 +3,7 @@
 #pragma once
 
 #include "embedded/base/characters.h"
-#include "embedded/base/short_text.h"
+#include "embedded/text/plain_number.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,5 @@
 // How many bytes of a text are whole characters.
-#include "embedded/base/words.h"
+#include "embedded/base/machine.h"
 
 #include <services/text.h>
 

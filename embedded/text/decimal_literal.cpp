@@ -2,7 +2,7 @@
 #include "embedded/text/decimal_literal.h"
 
 #include "embedded/base/characters.h"
-#include "embedded/base/short_text.h"
+#include "embedded/text/plain_number.h"
 
 #include <algorithm>
 
@@ -12,7 +12,7 @@ namespace {
 
 const char *behind_digits(const char *at, const char *end)
 {
-    while (end - at >= 8 && !any_machine::has_no_digit(load<uint64_t>(at) ^ eight_zeros))
+    while (end - at >= 8 && !has_no_digit(load<uint64_t>(at) ^ eight_zeros))
         at += 8;
     return std::find_if_not(at, end, is_digit);
 }
@@ -61,7 +61,7 @@ uint128 value_of_digits(const char *from, size_t count)
     while (count > 0) {
         const size_t some = std::min(count, plain_digits_max);
         uint64_t next;
-        any_machine::read_digits(from, some, &next);
+        plain_numbers<level::any>::read_digits(from, some, &next);
         value = value * powers_of_ten[some] + next;
         from += some;
         count -= some;

@@ -1,5 +1,4 @@
 // The number that a text spells, cut toward zero, for a comparison with integers.
-#include "embedded/base/by_machine.h"
 #include "embedded/text/integer_part.h"
 
 #include <bcast/codes.h>
@@ -25,26 +24,16 @@ constexpr int32_t was_cut = 1;
     return was_cut;
 }
 
-template <class Machine>
-[[gnu::always_inline]] inline int32_t text_to_int64_directly(const char *text, int32_t length, int64_t *result,
-                                                             char *sign)
+template <level at>
+ALWAYS_INLINE int32_t text_to_int64_directly(const char *text, int32_t length, int64_t *result, char *sign)
 {
-    if (read_short_integer<Machine>(text, length, result)) [[likely]]
+    if (read_short_integer<at>(text, length, result)) [[likely]]
         return 0;
     return literal_to_int64_directly(text, length, result, sign);
-}
-
-int32_t text_to_int64_directly_any(const char *text, int32_t length, int64_t *result, char *sign)
-{
-    return text_to_int64_directly<any_machine>(text, length, result, sign);
-}
-BCAST_AVX512 int32_t text_to_int64_directly_avx512(const char *text, int32_t length, int64_t *result, char *sign)
-{
-    return text_to_int64_directly<avx512_machine>(text, length, result, sign);
 }
 
 } // namespace
 
 } // namespace embedded
 
-SERVICE_BY_MACHINE(str2int64_directly, embedded::text_to_int64_directly_any, embedded::text_to_int64_directly_avx512);
+PICKED_AT_LOAD(str2int64_directly, embedded::text_to_int64_directly);

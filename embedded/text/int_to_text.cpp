@@ -1,6 +1,5 @@
 // The decimal text of an int.
-#include "embedded/base/by_machine.h"
-#include "embedded/base/written_digits.h"
+#include "embedded/text/written_digits.h"
 
 #include <bcast/codes.h>
 #include <services/text.h>
@@ -28,16 +27,10 @@ struct parts_of_int {
     }
 };
 
-int32_t int_to_text_any(int32_t value, int32_t limit, char *buffer, int32_t *out_len)
+template <level at> ALWAYS_INLINE int32_t int_to_text(int32_t value, int32_t limit, char *buffer, int32_t *out_len)
 {
     const parts_of_int parts(value);
-    any_digits(parts.magnitude).write_integer(parts.negative, parts.count, buffer);
-    return parts.give_length(limit, out_len);
-}
-BCAST_AVX512 int32_t int_to_text_avx512(int32_t value, int32_t limit, char *buffer, int32_t *out_len)
-{
-    const parts_of_int parts(value);
-    avx512_digits(parts.magnitude).write_integer(parts.negative, parts.count, buffer);
+    written_digits<at>(parts.magnitude).write_integer(parts.negative, parts.count, buffer);
     return parts.give_length(limit, out_len);
 }
 
@@ -45,4 +38,4 @@ BCAST_AVX512 int32_t int_to_text_avx512(int32_t value, int32_t limit, char *buff
 
 } // namespace embedded
 
-SERVICE_BY_MACHINE(str_from_int, embedded::int_to_text_any, embedded::int_to_text_avx512);
+PICKED_AT_LOAD(str_from_int, embedded::int_to_text);

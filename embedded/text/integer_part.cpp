@@ -13,8 +13,9 @@ namespace {
 bool read_long_integer(const bare_number &number, integer_part *part)
 {
     uint64_t head, tail;
-    if (number.size < 17 || number.size > 19 || !any_machine::read_digits(number.text, number.size - 16, &head) ||
-        !any_machine::read_digits(number.text + number.size - 16, 16, &tail))
+    if (number.size < 17 || number.size > 19 ||
+        !plain_numbers<level::any>::read_digits(number.text, number.size - 16, &head) ||
+        !plain_numbers<level::any>::read_digits(number.text + number.size - 16, 16, &tail))
         return false;
     *part = {number.negative, true, head * powers_of_ten[16] + tail, false, true};
     return true;

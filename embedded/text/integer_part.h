@@ -1,15 +1,14 @@
 // What the parsers of integers share, before one rounds and another cuts.
 #pragma once
 
-#include "embedded/base/short_text.h"
 #include "embedded/text/decimal_literal.h"
+#include "embedded/text/plain_number.h"
 
 namespace embedded {
 
 // 1 to plain_digits_max digits with or without a minus, as nearly all texts are.
 // False for any other text, and for a length below 1.
-template <class Machine>
-[[gnu::always_inline]] inline bool read_short_integer(const char *text, int32_t length, int64_t *result)
+template <level at> ALWAYS_INLINE bool read_short_integer(const char *text, int32_t length, int64_t *result)
 {
     // The minus is one more; a length below 1 counts as a large one.
     if (uint32_t(length) - 1 > plain_digits_max)
@@ -17,7 +16,7 @@ template <class Machine>
     const uint64_t negative = text[0] == '-';
     const size_t count = size_t(length) - negative;
     uint64_t magnitude;
-    if (count - 1 >= plain_digits_max || !Machine::read_digits(text + negative, count, &magnitude))
+    if (count - 1 >= plain_digits_max || !plain_numbers<at>::read_digits(text + negative, count, &magnitude))
         return false;
     *result = int64_t((magnitude ^ (0 - negative)) + negative);
     return true;

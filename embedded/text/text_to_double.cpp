@@ -1,5 +1,4 @@
 // The double that is nearest to the number that a text spells.
-#include "embedded/base/by_machine.h"
 #include "embedded/base/powers_of_ten.h"
 #include "embedded/text/bare_number.h"
 #include "embedded/text/integer_part.h"
@@ -69,32 +68,24 @@ double exact_quotient(uint64_t mantissa, bool negative, size_t behind_point)
 }
 
 // A few digits with at most one point.
-template <class Machine>
-[[gnu::always_inline]] inline int32_t text_to_double(const char *text, size_t length, double *result)
+template <level at> ALWAYS_INLINE int32_t text_to_double(const char *text, uint16_t size, double *result)
 {
+    const size_t length = size;
     // The minus is one more; a length of 0 counts as a large one.
     if (length - 1 > plain_decimal_max)
         return other_text_to_double(text, length, result);
     const size_t negative = text[0] == '-';
     uint64_t mantissa;
     size_t behind_point;
-    if (!Machine::read_decimal(text + negative, length - negative, &mantissa, &behind_point) || mantissa > exact_max)
+    if (!plain_numbers<at>::read_decimal(text + negative, length - negative, &mantissa, &behind_point) ||
+        mantissa > exact_max)
         return other_text_to_double(text, length, result);
     *result = exact_quotient(mantissa, negative, behind_point);
     return 0;
-}
-
-int32_t text_to_double_any(const char *text, uint16_t length, double *result)
-{
-    return text_to_double<any_machine>(text, length, result);
-}
-BCAST_AVX512 int32_t text_to_double_avx512(const char *text, uint16_t length, double *result)
-{
-    return text_to_double<avx512_machine>(text, length, result);
 }
 
 } // namespace
 
 } // namespace embedded
 
-SERVICE_BY_MACHINE(utl_digit_from_char, embedded::text_to_double_any, embedded::text_to_double_avx512);
+PICKED_AT_LOAD(utl_digit_from_char, embedded::text_to_double);

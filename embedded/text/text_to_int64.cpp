@@ -1,5 +1,4 @@
 // The number that a text spells, as the nearest int64.
-#include "embedded/base/by_machine.h"
 #include "embedded/text/integer_part.h"
 
 #include <bcast/codes.h>
@@ -18,25 +17,15 @@ namespace {
     return part.fits && give_int64(part.negative, part.magnitude + part.rounds_up, result) ? 0 : ERR_OVERFLOW;
 }
 
-template <class Machine>
-[[gnu::always_inline]] inline int32_t text_to_int64(const char *text, int32_t length, int64_t *result)
+template <level at> ALWAYS_INLINE int32_t text_to_int64(const char *text, int32_t length, int64_t *result)
 {
-    if (read_short_integer<Machine>(text, length, result)) [[likely]]
+    if (read_short_integer<at>(text, length, result)) [[likely]]
         return 0;
     return literal_to_int64(text, length, result);
-}
-
-int32_t text_to_int64_any(const char *text, int32_t length, int64_t *result)
-{
-    return text_to_int64<any_machine>(text, length, result);
-}
-BCAST_AVX512 int32_t text_to_int64_avx512(const char *text, int32_t length, int64_t *result)
-{
-    return text_to_int64<avx512_machine>(text, length, result);
 }
 
 } // namespace
 
 } // namespace embedded
 
-SERVICE_BY_MACHINE(str2int64, embedded::text_to_int64_any, embedded::text_to_int64_avx512);
+PICKED_AT_LOAD(str2int64, embedded::text_to_int64);

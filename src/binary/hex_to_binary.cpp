@@ -2,10 +2,10 @@
 // target is filled up with zeros, behind the decoded bytes and in their buffer, so that length may be 32768 at most;
 // that is not tested. The plain forms refuse a value that is too long, the explicit forms cut it.
 
+#include "machine/short_copy.h"
 #include "src/frame/alias.h"
 #include "src/frame/row_walk.h"
 #include "src/frame/scratch.h"
-#include "src/frame/short_copy.h"
 
 #include <bcast/casts.h>
 #include <bcast/codes.h>
@@ -19,49 +19,52 @@ int32_t has_prefix(const char *text, uint32_t len) { return len >= 2 && text[0] 
 enum class too_long { fails, is_cut };
 enum class too_short { stays, is_filled };
 
-template <too_long rule_above, too_short rule_below>
-int32_t decode_rows(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows,
-                    capture failures)
-{
-    const bdta3_str *from = elements<bdta3_str>(src);
-    const bool empty_is_null = rule_below == too_short::stays && global_bcast_var.compat_mode == 2;
-    const short_copy copy_short;
-    alignas(scratch_alignment) nbin value; // not cleared: the service writes what it decodes
+template <too_long rule_above, too_short rule_below> struct decode_rows {
+    template <machine::level level>
+    ALWAYS_INLINE static int32_t at(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
+                                    uint16_t rows, capture failures)
+    {
+        using copies = machine::short_copies<level>;
+        const bdta3_str *from = elements<bdta3_str>(src);
+        const bool empty_is_null = rule_below == too_short::stays && global_bcast_var.compat_mode == 2;
+        alignas(scratch_alignment) nbin value; // not cleared: the service writes what it decodes
 
-    copy_no_null(src, dst);
-    return walk_present_rows(src, dst, rows, failures, [&](uint32_t r, uint32_t i) {
-        const char *text = from[r].text;
-        const auto text_len = uint32_t(from[r].length);
-        if (empty_is_null && text_len == 0)
-            return turn_null(dst, i);
-        const int32_t status = nbin_from_char_ex(text, text_len, &value, has_prefix(text, text_len));
-        if (status < 0)
-            return fail_clearing_flag(dst, i, status);
+        copy_no_null(src, dst);
+        return walk_present_rows(src, dst, rows, failures, [&](uint32_t r, uint32_t i) INLINED {
+            const char *text = from[r].text;
+            const auto text_len = uint32_t(from[r].length);
+            if (empty_is_null && text_len == 0)
+                return turn_null(dst, i);
+            const int32_t status = nbin_from_char_ex(text, text_len, &value, has_prefix(text, text_len));
+            if (status < 0)
+                return fail_clearing_flag(dst, i, status);
 
-        int32_t len = value.length;
-        if (len > length) {
-            if constexpr (rule_above == too_long::fails)
-                return fail_clearing_flag(dst, i, ERR_TRUNCATED);
-            len = length;
-        } else if (rule_below == too_short::is_filled && len < length) {
-            if (copy_short.fills(uint32_t(length)))
-                copy_short(value.bytes, value.bytes, uint32_t(len)); // in place: what is behind becomes zeros
-            else
-                memset(value.bytes + len, 0, size_t(length) - size_t(len));
-            len = length;
-        }
-        bdta3_col_assign_bin(env, heap, dst, int32_t(i), value.bytes, len);
-        return 0;
-    });
-}
+            int32_t len = value.length;
+            if (len > length) {
+                if constexpr (rule_above == too_long::fails)
+                    return fail_clearing_flag(dst, i, ERR_TRUNCATED);
+                len = length;
+            } else if (rule_below == too_short::is_filled && len < length) {
+                if (copies::fills(uint32_t(length)))
+                    copies::copy_filled(value.bytes, value.bytes,
+                                        uint32_t(len)); // in place: what is behind becomes zeros
+                else
+                    memset(value.bytes + len, 0, size_t(length) - size_t(len));
+                len = length;
+            }
+            bdta3_col_assign_bin(env, heap, dst, int32_t(i), value.bytes, len);
+            return 0;
+        });
+    }
+};
 
 } // namespace
 
 int32_t bcast_hex_varchar_to_binary(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
                                     uint16_t rows, int32_t *err_codes, uint16_t *err_count)
 {
-    return decode_rows<too_long::fails, too_short::is_filled>(env, heap, src, length, dst, rows,
-                                                              {err_codes, err_count});
+    return machine::at_best_level<decode_rows<too_long::fails, too_short::is_filled>>(env, heap, src, length, dst, rows,
+                                                                                      capture{err_codes, err_count});
 }
 bcast_length_capture_fn bcast_hex_char_to_binary ALIAS_OF(bcast_hex_varchar_to_binary);
 bcast_length_capture_fn bcast_varchar_to_binary ALIAS_OF(bcast_hex_varchar_to_binary);
@@ -71,8 +74,8 @@ bcast_length_capture_fn bcast_varchar2_to_binary ALIAS_OF(bcast_hex_varchar_to_b
 int32_t bcast_hex_varchar_to_binary_explicit(void *env, void *heap, const bdta3_col *src, int32_t length,
                                              bdta3_col *dst, uint16_t rows, int32_t *err_codes, uint16_t *err_count)
 {
-    return decode_rows<too_long::is_cut, too_short::is_filled>(env, heap, src, length, dst, rows,
-                                                               {err_codes, err_count});
+    return machine::at_best_level<decode_rows<too_long::is_cut, too_short::is_filled>>(
+        env, heap, src, length, dst, rows, capture{err_codes, err_count});
 }
 
 // Into varbinary an empty text is a null where compat_mode is 2. Into binary it never is.
@@ -80,7 +83,8 @@ int32_t bcast_hex_varchar_to_binary_explicit(void *env, void *heap, const bdta3_
 int32_t bcast_hex_varchar_to_varbinary(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
                                        uint16_t rows, int32_t *err_codes, uint16_t *err_count)
 {
-    return decode_rows<too_long::fails, too_short::stays>(env, heap, src, length, dst, rows, {err_codes, err_count});
+    return machine::at_best_level<decode_rows<too_long::fails, too_short::stays>>(env, heap, src, length, dst, rows,
+                                                                                  capture{err_codes, err_count});
 }
 bcast_length_capture_fn bcast_hex_char_to_varbinary ALIAS_OF(bcast_hex_varchar_to_varbinary);
 bcast_length_capture_fn bcast_varchar_to_varbinary ALIAS_OF(bcast_hex_varchar_to_varbinary);
@@ -90,5 +94,6 @@ bcast_length_capture_fn bcast_varchar2_to_varbinary ALIAS_OF(bcast_hex_varchar_t
 int32_t bcast_hex_varchar_to_varbinary_explicit(void *env, void *heap, const bdta3_col *src, int32_t length,
                                                 bdta3_col *dst, uint16_t rows, int32_t *err_codes, uint16_t *err_count)
 {
-    return decode_rows<too_long::is_cut, too_short::stays>(env, heap, src, length, dst, rows, {err_codes, err_count});
+    return machine::at_best_level<decode_rows<too_long::is_cut, too_short::stays>>(env, heap, src, length, dst, rows,
+                                                                                   capture{err_codes, err_count});
 }

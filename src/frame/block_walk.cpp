@@ -87,9 +87,9 @@ void take_selected_values(size_t width, const uint16_t *sel, const void *values,
 void zero_nulls(size_t width, const uint8_t *flags, const void *from, void *to, uint32_t n)
 {
     if (width == sizeof(word8))
-        zero8(flags, static_cast<const word8 *>(from), static_cast<word8 *>(to), n);
+        machine::at_best_level<zero8>(flags, static_cast<const word8 *>(from), static_cast<word8 *>(to), n);
     else
-        zero4(flags, static_cast<const word4 *>(from), static_cast<word4 *>(to), n);
+        machine::at_best_level<zero4>(flags, static_cast<const word4 *>(from), static_cast<word4 *>(to), n);
 }
 
-void set_unknown(const uint8_t *flags, int32_t *to, uint32_t n) { unknown4(flags, to, n); }
+void set_unknown(const uint8_t *flags, int32_t *to, uint32_t n) { machine::at_best_level<unknown4>(flags, to, n); }

@@ -108,12 +108,12 @@ template <auto run> int32_t walk_blocks(const bdta3_col *src, bdta3_col *dst, ui
         const uint8_t *nulls = some_null ? block.flags : nullptr;
 
         if constexpr (!traits::can_fail) {
-            run(block.values, nulls, to, block.n);
-        } else if (!run(block.values, nulls, to, block.n)) {
+            machine::at_best_level<run>(block.values, nulls, to, block.n);
+        } else if (!machine::at_best_level<run>(block.values, nulls, to, block.n)) {
             // It may have been the slot of a null row.
             if (some_null)
                 block.zero_nulls();
-            if (!some_null || !run(block.values, nulls, to, block.n)) {
+            if (!some_null || !machine::at_best_level<run>(block.values, nulls, to, block.n)) {
                 convert_up_to_unfit<run>(block, to, to_flags);
                 return ERR_OVERFLOW;
             }
@@ -145,7 +145,7 @@ template <auto run, flags_are flags> int32_t walk_all_blocks(const bdta3_col *sr
             block.take(src, i, count);
             memcpy(to_flags, block.flags, block.n);
         }
-        run(block.values, nullptr, elements<typename traits::to>(dst) + i, block.n);
+        machine::at_best_level<run>(block.values, nullptr, elements<typename traits::to>(dst) + i, block.n);
     }
     copy_no_null(src, dst);
     return 0;
@@ -175,7 +175,7 @@ template <auto run> int32_t walk_blocks_to_boolean(const bdta3_col *src, bdta3_c
         else
             block.take(src, i, count);
         memset(dst->data->flags + i, 1, block.n);
-        run(block.values, nullptr, to, block.n);
+        machine::at_best_level<run>(block.values, nullptr, to, block.n);
         if (!src->no_null)
             set_unknown(block.flags, to, block.n);
     }

@@ -3,10 +3,6 @@
 
 #include "src/frame/run.h"
 
-// No file uses all of them, and some compilers allow no unused attribute beside the clones.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wunused-function"
-
 RUN void copy4(const int32_t *from, const uint8_t *flags, int32_t *to, uint32_t n)
 {
     convert_run(from, flags, to, n, low<int32_t>);
@@ -56,5 +52,3 @@ RUN void int_to_double(const int32_t *from, const uint8_t *flags, double *to, ui
 {
     convert_run(from, flags, to, n, low<double>);
 }
-
-#pragma GCC diagnostic pop

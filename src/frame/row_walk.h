@@ -8,9 +8,9 @@
 // become registers, where they would else be read through two pointers for each row.
 #pragma once
 
+#include "machine/inlining.h"
 #include "src/frame/column.h"
 #include "src/frame/failures.h"
-#include "src/frame/isa.h"
 
 #include <cstring>
 

@@ -1,7 +1,7 @@
 // A *run* is a cast between fixed-width elements that calls no service, as a function over n dense elements which knows
 // nothing of selections and leaves null rows out if it is given flags:
 //
-//     RUN bool int64_int(const int64_t *from, const uint8_t *flags, int32_t *to, uint32_t n)
+//     RUN bool int64_in_32_bits(const int64_t *from, const uint8_t *flags, int32_t *to, uint32_t n)
 //     {
 //         return convert_run(from, flags, to, n, excess<32>, low<int32_t>);
 //     }
@@ -9,15 +9,19 @@
 // A run that returns bool tests all n values first, those of null rows included, and returns false, with nothing
 // written, if one does not fit. Zero has to fit. A run that cannot fail returns void and has to be defined for any
 // bits, since a null row's slot may hold any.
+//
+// It is called by machine::at_best_level<run> (machine/pick.h), which has it compiled for each level.
 #pragma once
 
+#include "machine/pick.h"
 #include "src/frame/integer_range.h"
-#include "src/frame/isa.h"
 
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
+
+#define RUN ALWAYS_INLINE
 
 template <size_t width> struct word_of_width;
 template <> struct word_of_width<4> {

@@ -3,10 +3,10 @@
 //
 // The low 16 bits of length decide how many bytes are kept; what is stored and filled goes by all 32.
 
+#include "machine/short_store.h"
 #include "src/frame/alias.h"
 #include "src/frame/row_walk.h"
 #include "src/frame/scratch.h"
-#include "src/frame/short_store.h"
 
 #include <bcast/casts.h>
 #include <bcast/codes.h>
@@ -30,29 +30,37 @@ void put_bytes(uint8_t *out, uint32_t count, int64_t value)
 // How many bytes of a value so wide a target of that length keeps.
 uint32_t kept_bytes(uint32_t width, int32_t length) { return std::min<uint32_t>(width, uint16_t(length)); }
 
-template <uint32_t width, class Element, class Check>
-int32_t to_varbinary(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows,
-                     Check check)
+int32_t unchecked(int64_t) { return 0; }
+
+// Asks a service about the value, and stops where it says just ERR_OVERFLOW.
+int32_t refuse_overflow(int64_t value)
 {
-    const Element *from = elements<Element>(src);
-    const uint32_t kept = kept_bytes(width, length);
-    const int32_t stored = kept < width ? length : int32_t(width);
-    const uint32_t shift = 64 - 8 * std::max(kept, 1U);
-    const short_store store;
-    alignas(scratch_alignment) uint8_t bytes[short_store_size];
-
-    copy_no_null(src, dst);
-    return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
-        const int32_t status = check(from[r]);
-        if (status < 0)
-            return fail_clearing_flag(dst, i, status);
-        store(bytes, __builtin_bswap64(uint64_t(from[r]) << shift), 0, 0);
-        bdta3_col_assign_bin(env, heap, dst, int32_t(i), bytes, stored);
-        return 0;
-    });
+    return ntype_is_lint_overflow(value) == ERR_OVERFLOW ? int32_t(ERR_OVERFLOW) : 0;
 }
+using check_rule = int32_t(int64_t value);
 
-constexpr auto unchecked = [](int64_t) { return 0; };
+template <uint32_t width, class Element, check_rule check> struct to_varbinary {
+    template <machine::level level>
+    ALWAYS_INLINE static int32_t at(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
+                                    uint16_t rows)
+    {
+        const Element *from = elements<Element>(src);
+        const uint32_t kept = kept_bytes(width, length);
+        const int32_t stored = kept < width ? length : int32_t(width);
+        const uint32_t shift = 64 - 8 * std::max(kept, 1U);
+        alignas(scratch_alignment) uint8_t bytes[machine::short_store_size];
+
+        copy_no_null(src, dst);
+        return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) INLINED {
+            const int32_t status = check(from[r]);
+            if (status < 0)
+                return fail_clearing_flag(dst, i, status);
+            machine::short_stores<level>::store(bytes, __builtin_bswap64(uint64_t(from[r]) << shift), 0, 0);
+            bdta3_col_assign_bin(env, heap, dst, int32_t(i), bytes, stored);
+            return 0;
+        });
+    }
+};
 
 } // namespace
 
@@ -67,28 +75,26 @@ int32_t bin_from_int_low(uint8_t *out, uint16_t width, uint16_t target_len, int6
 int32_t bcast_int64_to_varbinary(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
                                  uint16_t rows)
 {
-    return to_varbinary<8, int64_t>(env, heap, src, length, dst, rows, unchecked);
+    return machine::at_best_level<to_varbinary<8, int64_t, unchecked>>(env, heap, src, length, dst, rows);
 }
 
 int32_t bcast_int_to_varbinary(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
                                uint16_t rows)
 {
-    return to_varbinary<4, int32_t>(env, heap, src, length, dst, rows, unchecked);
+    return machine::at_best_level<to_varbinary<4, int32_t, unchecked>>(env, heap, src, length, dst, rows);
 }
 
 int32_t bcast_smallint_to_varbinary(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
                                     uint16_t rows)
 {
-    return to_varbinary<2, int32_t>(env, heap, src, length, dst, rows, unchecked);
+    return machine::at_best_level<to_varbinary<2, int32_t, unchecked>>(env, heap, src, length, dst, rows);
 }
 
-// The one that asks a service about the value, and stops where it says just ERR_OVERFLOW.
+// The one that asks a service about the value.
 int32_t bcast_tinyint_to_varbinary(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
                                    uint16_t rows)
 {
-    return to_varbinary<1, int32_t>(env, heap, src, length, dst, rows, [](int64_t value) {
-        return ntype_is_lint_overflow(value) == ERR_OVERFLOW ? int32_t(ERR_OVERFLOW) : 0;
-    });
+    return machine::at_best_level<to_varbinary<1, int32_t, refuse_overflow>>(env, heap, src, length, dst, rows);
 }
 
 // Always four bytes of a value, also for smallint and tinyint, and always stored at the target's length.

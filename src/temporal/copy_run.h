@@ -7,11 +7,6 @@
 
 #include <cstring>
 
-#if defined(__AVX512BW__) && defined(__AVX512VL__) || defined(__x86_64__) && !defined(BCAST_ONE_ISA)
-#define HAS_MASKED_STORES 1
-#include <immintrin.h>
-#endif
-
 // Four values are three vectors of four words; a row's flag has to reach all three of its words, which no compiler
 // finds a shuffle for by itself.
 using four_flags = uint8_t __attribute__((vector_size(4)));
@@ -26,7 +21,8 @@ ALWAYS_INLINE void blend_words(const vqtime *from, vqtime *to, size_t vector, fo
     memcpy(reinterpret_cast<char *>(to) + vector * sizeof fresh, &fresh, sizeof fresh);
 }
 
-RUN void blend_values(const vqtime *__restrict from, const uint8_t *__restrict flags, vqtime *__restrict to, uint32_t n)
+ALWAYS_INLINE void blend_values(const vqtime *__restrict from, const uint8_t *__restrict flags, vqtime *__restrict to,
+                                uint32_t n)
 {
     uint32_t k = 0;
     for (; k + 4 <= n; k += 4) {
@@ -42,13 +38,25 @@ RUN void blend_values(const vqtime *__restrict from, const uint8_t *__restrict f
             to[k] = from[k];
 }
 
-#ifdef HAS_MASKED_STORES
+RUN void copy_values(const vqtime *from, const uint8_t *flags, vqtime *to, uint32_t n)
+{
+    if (flags)
+        blend_values(from, flags, to, n);
+    else
+        memcpy(to, from, n * sizeof(vqtime));
+}
+
+#if defined(MACHINE_IS_X86_64)
 
 // Sixteen values are three vectors of sixteen words, stored under a mask that has each row's bit three times: what is
 // not stored need not be read either.
-__attribute__((target("avx512bw,avx512vl,bmi2"))) inline void
-store_values(const vqtime *__restrict from, const uint8_t *__restrict flags, vqtime *__restrict to, uint32_t n)
+CODE_FOR_AVX512 inline void copy_values_avx512(const vqtime *__restrict from, const uint8_t *__restrict flags,
+                                               vqtime *__restrict to, uint32_t n)
 {
+    if (!flags) {
+        memcpy(to, from, n * sizeof(vqtime));
+        return;
+    }
     for (uint32_t k = 0; k < n; k += 16) {
         const uint32_t rows = n - k < 16 ? (1u << (n - k)) - 1 : 0xFFFF;
         const __m128i present = _mm_maskz_loadu_epi8(__mmask16(rows), flags + k);
@@ -62,17 +70,6 @@ store_values(const vqtime *__restrict from, const uint8_t *__restrict flags, vqt
     }
 }
 
-#endif
+template <> inline constexpr auto machine::way_of<copy_values, machine::level::avx512> = copy_values_avx512;
 
-inline void copy_values(const vqtime *from, const uint8_t *flags, vqtime *to, uint32_t n)
-{
-    if (!flags) {
-        memcpy(to, from, n * sizeof(vqtime));
-        return;
-    }
-#ifdef HAS_MASKED_STORES
-    if (__builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("bmi2"))
-        return store_values(from, flags, to, n);
 #endif
-    blend_values(from, flags, to, n);
-}

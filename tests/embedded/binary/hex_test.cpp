@@ -1,5 +1,6 @@
-// The services, and behind them each kind of machine by its name.
+// The services, and behind them each level by itself.
 #include "tests/support/guarded.h"
+#include "tests/support/levels.h"
 
 #include <bcast/codes.h>
 #include <services/binary.h>
@@ -104,15 +105,11 @@ guarded<char> guarded_copy(std::string_view text, guard_edge edge)
 
 } // namespace
 
-// ---- Each kind of machine -----------------------------------------------------
+// ---- Each level
 
-template <typename Hex> class hex_machine : public testing::Test {
+template <class Level> class hex_machine : public level_test<Level> {
 protected:
-    void SetUp() override
-    {
-        if (!std::is_same_v<Hex, embedded::any_hex> && !embedded::has_avx512)
-            GTEST_SKIP() << "this processor, or this build, has no AVX-512";
-    }
+    using hex_text = embedded::hex_text<Level::value>;
 
     // Without guards; a text that fails must leave what is written to.
     static std::optional<std::string> decode(std::string_view digits)
@@ -120,7 +117,7 @@ protected:
         static uint8_t bytes[bytes_max];
         const size_t size = std::max((digits.size() + 1) / 2, embedded::hex_decode_room);
         std::memset(bytes, guard_fill, size);
-        if (Hex::decode(digits.data(), digits.size(), bytes))
+        if (hex_text::decode(digits.data(), digits.size(), bytes))
             return std::string(reinterpret_cast<const char *>(bytes), (digits.size() + 1) / 2);
         const bool untouched = std::all_of(bytes, bytes + size, [](uint8_t byte) { return byte == guard_fill; });
         EXPECT_TRUE(untouched) << quoted(digits) << " failed and was written";
@@ -134,12 +131,7 @@ protected:
     }
 };
 
-struct hex_machine_names {
-    template <typename> static std::string GetName(int index) { return index == 0 ? "any_hex" : "avx512_hex"; }
-};
-
-using hex_machines = testing::Types<embedded::any_hex, embedded::avx512_hex>;
-TYPED_TEST_SUITE(hex_machine, hex_machines, hex_machine_names);
+TYPED_TEST_SUITE(hex_machine, all_levels, level_names);
 
 TYPED_TEST(hex_machine, every_text_of_two_bytes_decodes_as_it_should)
 {
@@ -174,7 +166,7 @@ TYPED_TEST(hex_machine, decodes_texts_of_every_length_and_touches_nothing_around
             digits.make_read_only();
             const size_t size = (count + 1) / 2;
             guarded<uint8_t> bytes(std::max(size, embedded::hex_decode_room), edge);
-            ASSERT_TRUE(TypeParam::decode(digits.data(), count, bytes.data())) << text;
+            ASSERT_TRUE(TestFixture::hex_text::decode(digits.data(), count, bytes.data())) << text;
             ASSERT_EQ(std::string(bytes.begin(), bytes.begin() + size), slow_decode(text)) << count << " digits";
             ASSERT_TRUE(bytes.slack_untouched()) << count << " digits";
         }
@@ -235,7 +227,7 @@ TYPED_TEST(hex_machine, encodes_values_of_every_length_and_touches_nothing_aroun
             guarded<char> bytes = guarded_copy(value, edge);
             bytes.make_read_only();
             guarded<char> text(2 * size + 1, edge);
-            TypeParam::encode(reinterpret_cast<const uint8_t *>(bytes.data()), size, text.data());
+            TestFixture::hex_text::encode(reinterpret_cast<const uint8_t *>(bytes.data()), size, text.data());
             ASSERT_EQ(std::string(text.begin(), text.end() - 1), slow_encode(value)) << size << " bytes";
             ASSERT_EQ(text[2 * size], '\0') << size << " bytes";
             ASSERT_TRUE(text.slack_untouched()) << size << " bytes";
@@ -252,7 +244,7 @@ TYPED_TEST(hex_machine, encodes_every_value_of_two_bytes_wherever_it_stands)
             bytes[at] = static_cast<char>(value >> 8);
             bytes[at + 1] = static_cast<char>(value);
             char text[129];
-            TypeParam::encode(reinterpret_cast<const uint8_t *>(bytes.data()), size, text);
+            TestFixture::hex_text::encode(reinterpret_cast<const uint8_t *>(bytes.data()), size, text);
             ASSERT_EQ(std::string(text), slow_encode(bytes));
         }
     }
@@ -264,7 +256,7 @@ TYPED_TEST(hex_machine, decodes_what_it_encodes)
     for (int i = 0; i < 20000; i++) {
         const std::string value = random_bytes(random, random() % 400);
         std::string text(2 * value.size() + 1, ' ');
-        TypeParam::encode(reinterpret_cast<const uint8_t *>(value.data()), value.size(), text.data());
+        TestFixture::hex_text::encode(reinterpret_cast<const uint8_t *>(value.data()), value.size(), text.data());
         text.pop_back();
         ASSERT_EQ(this->decode(text), value) << text;
     }

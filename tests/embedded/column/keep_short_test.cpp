@@ -1,5 +1,5 @@
-// Each kind of machine by its name, whatever the one that the tests run on.
 #include "tests/support/guarded.h"
+#include "tests/support/levels.h"
 
 #include <gtest/gtest.h>
 
@@ -7,18 +7,12 @@
 #include <string>
 #include <vector>
 
-#include <embedded/column/column.h>
+#include <embedded/column/keep_bytes.h>
 
 namespace bcast::test {
 
-template <typename Machine> class keep_short : public testing::Test {
+template <class Level> class keep_short : public level_test<Level> {
 protected:
-    void SetUp() override
-    {
-        if (!std::is_same_v<Machine, embedded::any_machine> && !embedded::has_avx512)
-            GTEST_SKIP() << "this processor, or this build, has no AVX-512";
-    }
-
     // Makes the column's arena have so many bytes left.
     void leave(size_t left)
     {
@@ -27,17 +21,12 @@ protected:
     }
 
     static constexpr size_t room_max = 100000;
-    static constexpr size_t longest = 4 * Machine::copy_max;
+    static constexpr size_t longest = 4 * machine::short_copies<Level::value>::copy_max;
     bcast_column column_{};
     std::unique_ptr<char[]> memory_{new char[room_max + embedded::arena_slack]};
 };
 
-struct keep_short_names {
-    template <typename> static std::string GetName(int index) { return index == 0 ? "any_machine" : "avx512_machine"; }
-};
-
-using keep_short_machines = testing::Types<embedded::any_machine, embedded::avx512_machine>;
-TYPED_TEST_SUITE(keep_short, keep_short_machines, keep_short_names);
+TYPED_TEST_SUITE(keep_short, all_levels, level_names);
 
 TYPED_TEST(keep_short, copies_bytes_of_every_length_one_behind_the_other)
 {
@@ -51,7 +40,7 @@ TYPED_TEST(keep_short, copies_bytes_of_every_length_one_behind_the_other)
                 bytes[k] = static_cast<char>(k * 37 + size);
             bytes.make_read_only();
             const char *at = this->column_.bytes.at;
-            const char *copy = embedded::keep_short<TypeParam>(this->column_, bytes.data(), size);
+            const char *copy = embedded::keep_short<TypeParam::value>(this->column_, bytes.data(), size);
             ASSERT_EQ(copy, at) << "size " << size;
             ASSERT_EQ(this->column_.bytes.at, at + size + 1) << "size " << size;
             copies.push_back(copy);
@@ -68,7 +57,7 @@ TYPED_TEST(keep_short, leaves_what_is_long_and_what_has_no_room)
     for (size_t left = 0; left <= 200; left++) {
         for (size_t size = 0; size <= 200; size++) {
             this->leave(left);
-            const char *copy = embedded::keep_short<TypeParam>(this->column_, bytes.data(), size);
+            const char *copy = embedded::keep_short<TypeParam::value>(this->column_, bytes.data(), size);
             const bool kept = size <= this->longest && size < left;
             ASSERT_EQ(copy != nullptr, kept) << size << " bytes where " << left << " are left";
             if (!kept) {
@@ -78,7 +67,7 @@ TYPED_TEST(keep_short, leaves_what_is_long_and_what_has_no_room)
     }
     this->leave(this->room_max);
     for (const size_t size : {SIZE_MAX, SIZE_MAX - 4, SIZE_MAX / 2})
-        EXPECT_EQ(embedded::keep_short<TypeParam>(this->column_, bytes.data(), size), nullptr) << size;
+        EXPECT_EQ(embedded::keep_short<TypeParam::value>(this->column_, bytes.data(), size), nullptr) << size;
 }
 
 } // namespace bcast::test

@@ -1,5 +1,6 @@
 #include "tests/embedded/decimal/decimal_support.h"
 #include "tests/embedded/text/filled_number_text.h"
+#include "tests/support/levels.h"
 
 #include <embedded/decimal/plain_decimal.h>
 
@@ -509,34 +510,15 @@ TEST(decimal_from_text, agrees_with_the_slow_reading_on_random_filled_texts)
     EXPECT_GT(bads, 10000u);
 }
 
-// ---- Each kind of machine ------------------------------------------------------
+// ---- Each level
 
-namespace {
-
-// Reads it, or leaves it to the reader of literals; returns whether it read.
-template <typename Machine> bool read_short(std::string_view text, embedded::decimal *value)
-{
-    return embedded::read_short_decimal(Machine(), text.data(), text.size(), value);
-}
-
-template <typename Machine> class plain_decimal : public testing::Test {
+template <class Level> class plain_decimal : public level_test<Level> {
 protected:
-    void SetUp() override
-    {
-        if (!std::is_same_v<Machine, embedded::any_machine> && !embedded::has_avx512)
-            GTEST_SKIP() << "this processor, or this build, has no AVX-512";
-    }
+    using decimals = embedded::plain_decimals<Level::value>;
 };
+TYPED_TEST_SUITE(plain_decimal, all_levels, level_names);
 
-struct machine_names {
-    template <typename> static std::string GetName(int index) { return index == 0 ? "any_machine" : "avx512_machine"; }
-};
-
-} // namespace
-
-using machines = testing::Types<embedded::any_machine, embedded::avx512_machine>;
-TYPED_TEST_SUITE(plain_decimal, machines, machine_names);
-
+// What it does not read it leaves to the reader of literals.
 TYPED_TEST(plain_decimal, what_it_reads_is_right_and_canonical_and_plain_texts_are_read)
 {
     random_texts next(20260103);
@@ -551,7 +533,7 @@ TYPED_TEST(plain_decimal, what_it_reads_is_right_and_canonical_and_plain_texts_a
         const bool is_number = slow_read(text, &right);
         const bool is_plain =
             is_number && text.size() <= 15 && text.find_first_not_of("-.0123456789") == std::string::npos;
-        const bool was_read = read_short<TypeParam>({copy, text.size()}, &value);
+        const bool was_read = TestFixture::decimals::read_short(copy, text.size(), &value);
         ASSERT_TRUE(was_read || !is_plain) << "\"" << text << "\" was not read";
         if (!was_read)
             continue;
@@ -564,10 +546,10 @@ TYPED_TEST(plain_decimal, what_it_reads_is_right_and_canonical_and_plain_texts_a
     EXPECT_GT(read, 50000u);
 }
 
-TEST(long_plain_decimal, what_it_reads_is_right_and_canonical)
+TYPED_TEST(plain_decimal, long_ones_that_it_reads_are_right_and_canonical)
 {
-    if (!embedded::has_avx512)
-        GTEST_SKIP() << "this processor, or this build, has no AVX-512";
+    constexpr size_t long_max = TestFixture::decimals::long_max;
+    constexpr bool reads_more = long_max > embedded::plain_decimal_max + 1;
     random_texts next(20260104);
     size_t read = 0;
     for (int i = 0; i < 300000; i++) {
@@ -579,9 +561,13 @@ TEST(long_plain_decimal, what_it_reads_is_right_and_canonical)
         slow_decimal right;
         const bool is_number = slow_read(text, &right);
         const bool is_plain =
-            is_number && text.size() <= 32 && text.find_first_of("eE \t\n\v\f\r") == std::string::npos;
-        const bool was_read = embedded::read_long_decimal(copy, text.size(), &value);
-        ASSERT_EQ(was_read, is_plain) << "\"" << text << "\"";
+            is_number && text.size() <= long_max && text.find_first_of("eE \t\n\v\f\r") == std::string::npos;
+        const bool was_read = TestFixture::decimals::read_long(copy, text.size(), &value);
+        if (reads_more) {
+            ASSERT_EQ(was_read, is_plain) << "\"" << text << "\"";
+        } else {
+            ASSERT_TRUE(!was_read || is_plain) << "\"" << text << "\"";
+        }
         if (!was_read)
             continue;
         read++;

@@ -1,6 +1,7 @@
 #include "tests/embedded/decimal/decimal_support.h"
+#include "tests/support/levels.h"
 
-#include <embedded/base/written_digits.h>
+#include <embedded/text/written_digits.h>
 
 namespace bcast::test {
 
@@ -216,27 +217,10 @@ TEST(decimal_to_text, a_prec_of_any_size_is_harmless)
     EXPECT_EQ(xdec_to_char_with_zero(&value, buf, INT32_MIN, 0, 0, &size), ERR_TRUNCATED);
 }
 
-// ---- Each kind of machine ------------------------------------------------------
+// ---- Each level
 
-namespace {
-
-template <typename Digits> class sixteen_digits : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        if (!std::is_same_v<Digits, embedded::any_digits> && !embedded::has_avx512)
-            GTEST_SKIP() << "this processor, or this build, has no AVX-512";
-    }
-};
-
-struct digits_names {
-    template <typename> static std::string GetName(int index) { return index == 0 ? "any_digits" : "avx512_digits"; }
-};
-
-} // namespace
-
-using kinds_of_digits = testing::Types<embedded::any_digits, embedded::avx512_digits>;
-TYPED_TEST_SUITE(sixteen_digits, kinds_of_digits, digits_names);
+template <class Level> class sixteen_digits : public level_test<Level> {};
+TYPED_TEST_SUITE(sixteen_digits, all_levels, level_names);
 
 TYPED_TEST(sixteen_digits, are_the_digits_of_the_value_from_any_on)
 {
@@ -252,7 +236,7 @@ TYPED_TEST(sixteen_digits, are_the_digits_of_the_value_from_any_on)
         right.insert(0, 16 - right.size(), '0');
         const size_t skipped = random() % 17;
         char text[16];
-        TypeParam(value).write_from(skipped, text);
+        embedded::written_digits<TypeParam::value>(value).write_from(skipped, text);
         ASSERT_EQ(std::string(text, 16 - skipped), right.substr(skipped)) << value << " without " << skipped;
     }
 }

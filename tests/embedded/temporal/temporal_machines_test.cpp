@@ -1,8 +1,9 @@
-// What the reader of ISO texts and the writers of each kind of machine do, beside the reader of any text and each
+// What the reader of ISO texts and the writers of each level do, beside the reader of any text and each
 // other.
 #include "embedded/temporal/iso_text.h"
 #include "embedded/temporal/temporal_reader.h"
 #include "tests/embedded/temporal/temporal_support.h"
+#include "tests/support/levels.h"
 
 #include <random>
 #include <string>
@@ -22,19 +23,6 @@ temporal_reading read_any(std::string_view text, uint16_t order = year_first)
     vqtime value;
     store_words(read.value, &value);
     return reading_of(value);
-}
-
-template <typename Machine> void expect_short_texts_of_any_bytes()
-{
-    std::mt19937 random(3);
-    for (int i = 0; i < 20000; i++) {
-        vqtime value;
-        for (uint8_t &byte : value.bytes)
-            byte = static_cast<uint8_t>(random());
-        guarded<char> text(iso_room);
-        Machine::write_datetime(&value, 6, 0, text.data());
-        ASSERT_LE(std::strlen(text.data()), iso_size);
-    }
 }
 
 } // namespace
@@ -76,9 +64,20 @@ TEST(temporal_machines, the_reader_of_any_text_knows_every_day)
     }
 }
 
-TEST(temporal_machines, any_machine_writes_short_texts_of_any_bytes) { expect_short_texts_of_any_bytes<any_iso>(); }
+TEST(temporal_any, writes_short_texts_of_any_bytes)
+{
+    std::mt19937 random(3);
+    for (int i = 0; i < 20000; i++) {
+        vqtime value;
+        for (uint8_t &byte : value.bytes)
+            byte = static_cast<uint8_t>(random());
+        guarded<char> text(iso_room);
+        iso_texts<level::any>::write_datetime(&value, 6, 0, text.data());
+        ASSERT_LE(std::strlen(text.data()), iso_size);
+    }
+}
 
-TEST(temporal_machines, any_machine_writes_texts)
+TEST(temporal_any, writes_texts)
 {
     std::mt19937_64 random(2);
     for (int i = 0; i < 1000000; i++) {
@@ -92,44 +91,38 @@ TEST(temporal_machines, any_machine_writes_texts)
         const vqtime value = record_of(reading);
         const size_t digits = random() % 7;
         char text[iso_room];
-        any_iso::write_date(&value, text);
+        iso_texts<level::any>::write_date(&value, text);
         ASSERT_EQ(text, slow_date_text(reading));
-        any_iso::write_time(&value, digits, 0, text);
+        iso_texts<level::any>::write_time(&value, digits, 0, text);
         ASSERT_EQ(text, slow_time_text(reading, digits));
-        any_iso::write_datetime(&value, digits, 0x005A5A5A5A5A5A5A, text);
+        iso_texts<level::any>::write_datetime(&value, digits, 0x005A5A5A5A5A5A5A, text);
         ASSERT_EQ(text, slow_datetime_text(reading, digits) + "ZZZZZZZ");
     }
 }
 
-#if defined(BCAST_HAS_AVX512_MACHINE)
+#if defined(MACHINE_IS_X86_64)
 
 namespace {
 
 // Lambdas do not take over the instruction set, so the calls are functions of their own.
-BCAST_AVX512 bool read_avx512(std::string_view text, temporal_words *value)
+CODE_FOR_AVX512 bool read_avx512(std::string_view text, temporal_words *value)
 {
-    return avx512_iso::read(text.data(), text.size(), value);
+    return iso_texts<level::avx512>::read(text.data(), text.size(), value);
 }
-BCAST_AVX512 void write_datetime_avx512(const vqtime *value, size_t digits, uint64_t zone, char *text)
+CODE_FOR_AVX512 void write_datetime_avx512(const vqtime *value, size_t digits, uint64_t zone, char *text)
 {
-    avx512_iso::write_datetime(value, digits, zone, text);
+    iso_texts<level::avx512>::write_datetime(value, digits, zone, text);
 }
-BCAST_AVX512 void write_time_avx512(const vqtime *value, size_t digits, uint64_t zone, char *text)
+CODE_FOR_AVX512 void write_time_avx512(const vqtime *value, size_t digits, uint64_t zone, char *text)
 {
-    avx512_iso::write_time(value, digits, zone, text);
+    iso_texts<level::avx512>::write_time(value, digits, zone, text);
 }
 
-struct temporal_avx512 : testing::Test {
-    void SetUp() override
-    {
-        if (!has_avx512)
-            GTEST_SKIP() << "no AVX-512 here";
-    }
-};
+using temporal_avx512 = level_test<at_level<level::avx512>>;
 
 } // namespace
 
-TEST_F(temporal_avx512, writes_what_any_machine_writes)
+TEST_F(temporal_avx512, writes_what_any_level_writes)
 {
     std::mt19937_64 random(4);
     for (int i = 0; i < 1000000; i++) {
@@ -141,10 +134,10 @@ TEST_F(temporal_avx512, writes_what_any_machine_writes)
         const size_t digits = random() % 7;
         const uint64_t zone = random() % 2 == 0 ? 0 : 0x30303A31322B;
         char expected[iso_room], text[iso_room];
-        any_iso::write_datetime(&value, digits, zone, expected);
+        iso_texts<level::any>::write_datetime(&value, digits, zone, expected);
         write_datetime_avx512(&value, digits, zone, text);
         ASSERT_STREQ(text, expected);
-        any_iso::write_time(&value, digits, zone, expected);
+        iso_texts<level::any>::write_time(&value, digits, zone, expected);
         write_time_avx512(&value, digits, zone, text);
         ASSERT_STREQ(text, expected);
     }

@@ -1,9 +1,8 @@
 // 16 decimal digits for each kind of machine, without a branch on how many of them are wanted.
 #pragma once
 
-#include "embedded/base/short_text.h"
-#include "embedded/base/words.h"
-#include "src/frame/digits.h"
+#include "embedded/base/machine.h"
+#include "machine/digits.h"
 
 #include <array>
 #include <bit>
@@ -13,10 +12,14 @@
 namespace embedded {
 
 // The 16 characters of a value below 10^16.
-struct any_digits {
+template <level at> struct written_digits : written_digits<below(at)> {
+    using written_digits<below(at)>::written_digits;
+};
+
+template <> struct written_digits<level::any> {
     sixteen_digits characters;
 
-    explicit any_digits(uint64_t value) : characters(value) {}
+    explicit written_digits(uint64_t value) : characters(value) {}
 
     // Writes a minus or none and the last `count` of them, and may write 16 bytes. The count is at most 15 with a
     // minus.
@@ -34,9 +37,9 @@ struct any_digits {
     }
 };
 
-#if defined(BCAST_HAS_AVX512_MACHINE)
+#if defined(MACHINE_IS_X86_64)
 
-struct avx512_digits {
+template <> struct written_digits<level::avx512> {
     static constexpr auto places = [] {
         std::array<uint8_t, 32> all{};
         for (uint8_t i = 0; i < all.size(); i++)
@@ -46,11 +49,11 @@ struct avx512_digits {
 
     __m128i characters;
 
-    BCAST_AVX512 explicit avx512_digits(uint64_t value) : characters(sixteen_characters(value)) {}
+    CODE_FOR_AVX512 explicit written_digits(uint64_t value) : characters(sixteen_characters(value)) {}
 
     // Writes a minus or none and the last `count` of them, and may write 16 bytes, in one store for a reader right
     // behind it. The count is at most 15 with a minus.
-    BCAST_AVX512 void write_integer(bool negative, size_t count, char *to) const
+    CODE_FOR_AVX512 void write_integer(bool negative, size_t count, char *to) const
     {
         const __m128i from = _mm_loadu_si128(reinterpret_cast<const __m128i *>(&places[16 - count - negative]));
         const __m128i text = _mm_shuffle_epi8(characters, from);
@@ -58,7 +61,7 @@ struct avx512_digits {
                          _mm_mask_mov_epi8(text, __mmask16{negative}, _mm_set1_epi8('-')));
     }
 
-    BCAST_AVX512 void write_from(size_t skipped, char *to) const
+    CODE_FOR_AVX512 void write_from(size_t skipped, char *to) const
     {
         const __m128i from = _mm_loadu_si128(reinterpret_cast<const __m128i *>(&places[skipped]));
         _mm_storeu_si128(reinterpret_cast<__m128i *>(to), _mm_shuffle_epi8(characters, from));
@@ -66,7 +69,7 @@ struct avx512_digits {
 
     // Writes a minus or none, the last `count` of them, and a point ahead of the last `scale`, or none where that is 0.
     // Writes 32 bytes, in one store, for a reader right behind it to find the text at once.
-    BCAST_AVX512 void write_number(bool negative, size_t count, size_t scale, char *to) const
+    CODE_FOR_AVX512 void write_number(bool negative, size_t count, size_t scale, char *to) const
     {
         const size_t point = scale > 0 ? negative + count - scale : places.size() - 1;
         const auto behind_point = __mmask32(~uint64_t{1} << point);
@@ -80,10 +83,6 @@ struct avx512_digits {
         _mm256_storeu_si256(reinterpret_cast<__m256i *>(to), text);
     }
 };
-
-#else
-
-using avx512_digits = any_digits;
 
 #endif
 

@@ -11,8 +11,10 @@
 #include <emmintrin.h>
 #endif
 
-constexpr uint64_t eight_zeros = 0x3030303030303030; // the characters "00000000"
-constexpr uint32_t ten_to_8 = 100'000'000;
+namespace machine {
+
+inline constexpr uint64_t eight_zeros = 0x3030303030303030; // the characters "00000000"
+inline constexpr uint32_t ten_to_8 = 100'000'000;
 
 // The digits of a value below 10^8, as numbers: divides both fours by 100, then all pairs by 10. The multipliers are
 // exact in that range.
@@ -85,7 +87,7 @@ inline unsigned __int128 characters_behind(int skipped, uint64_t first, uint64_t
 }
 
 // What makes a minus of a zero.
-constexpr uint64_t zero_to_minus = '0' ^ '-';
+inline constexpr uint64_t zero_to_minus = '0' ^ '-';
 
 // The text of a magnitude of at most 15 digits, with a minus where negative is 1. There are NULs behind it.
 struct short_decimal_text {
@@ -102,3 +104,5 @@ struct short_decimal_text {
         second = uint64_t(both >> 64);
     }
 };
+
+} // namespace machine

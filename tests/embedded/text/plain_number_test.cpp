@@ -1,5 +1,5 @@
-// Each kind of machine by its name, whatever the one that the tests run on.
 #include "tests/support/guarded.h"
+#include "tests/support/levels.h"
 
 #include <gtest/gtest.h>
 
@@ -7,43 +7,17 @@
 #include <string>
 #include <vector>
 
-#include <embedded/base/short_text.h>
+#include <embedded/text/plain_number.h>
 
 namespace bcast::test {
 
-template <typename Machine> class short_text : public testing::Test {
+template <class Level> class plain_number : public level_test<Level> {
 protected:
-    void SetUp() override
-    {
-        if (!std::is_same_v<Machine, embedded::any_machine> && !embedded::has_avx512)
-            GTEST_SKIP() << "this processor, or this build, has no AVX-512";
-    }
+    using numbers = embedded::plain_numbers<Level::value>;
 };
+TYPED_TEST_SUITE(plain_number, all_levels, level_names);
 
-struct machine_names {
-    template <typename> static std::string GetName(int index) { return index == 0 ? "any_machine" : "avx512_machine"; }
-};
-
-using machines = testing::Types<embedded::any_machine, embedded::avx512_machine>;
-TYPED_TEST_SUITE(short_text, machines, machine_names);
-
-TYPED_TEST(short_text, copy_moves_the_bytes_and_reads_none_around_them)
-{
-    for (const guard_edge edge : {guard_edge::end, guard_edge::start}) {
-        for (size_t size = 0; size <= TypeParam::copy_max; size++) {
-            guarded<char> from(size, edge);
-            for (size_t k = 0; k < size; k++)
-                from[k] = static_cast<char>(k * 37 + size);
-            from.make_read_only();
-            guarded<char> to(TypeParam::copy_max, edge);
-            TypeParam::copy(to.data(), from.data(), size);
-            ASSERT_EQ(std::string(to.data(), size), std::string(from.data(), size)) << "size " << size;
-            ASSERT_TRUE(to.slack_untouched()) << "size " << size;
-        }
-    }
-}
-
-TYPED_TEST(short_text, digits_of_every_count_have_their_value)
+TYPED_TEST(plain_number, digits_of_every_count_have_their_value)
 {
     std::mt19937_64 random(20240704);
     for (const guard_edge edge : {guard_edge::end, guard_edge::start}) {
@@ -54,14 +28,14 @@ TYPED_TEST(short_text, digits_of_every_count_have_their_value)
                     text += static_cast<char>('0' + (i == 0 ? 9 : random() % 10));
                 const guarded<char> digits(std::span<const char>(text.data(), text.size()), edge);
                 uint64_t value = 0;
-                ASSERT_TRUE(TypeParam::read_digits(digits.data(), count, &value)) << text;
+                ASSERT_TRUE(TestFixture::numbers::read_digits(digits.data(), count, &value)) << text;
                 ASSERT_EQ(value, std::stoull(text)) << text;
             }
         }
     }
 }
 
-TYPED_TEST(short_text, any_other_byte_at_any_place_is_no_digit)
+TYPED_TEST(plain_number, any_other_byte_at_any_place_is_no_digit)
 {
     for (size_t count = 1; count <= embedded::plain_digits_max; count++) {
         for (size_t at = 0; at < count; at++) {
@@ -69,14 +43,14 @@ TYPED_TEST(short_text, any_other_byte_at_any_place_is_no_digit)
                 std::string text(count, '7');
                 text[at] = static_cast<char>(c);
                 uint64_t value = 0;
-                ASSERT_EQ(TypeParam::read_digits(text.data(), count, &value), c >= '0' && c <= '9')
+                ASSERT_EQ(TestFixture::numbers::read_digits(text.data(), count, &value), c >= '0' && c <= '9')
                     << "byte " << c << " at " << at << " of " << count;
             }
         }
     }
 }
 
-TYPED_TEST(short_text, random_bytes_are_digits_only_where_all_are)
+TYPED_TEST(plain_number, random_bytes_are_digits_only_where_all_are)
 {
     std::mt19937_64 random(20240705);
     for (int i = 0; i < 200000; i++) {
@@ -89,7 +63,7 @@ TYPED_TEST(short_text, random_bytes_are_digits_only_where_all_are)
             text += static_cast<char>(byte);
         }
         uint64_t value = 0;
-        ASSERT_EQ(TypeParam::read_digits(text.data(), count, &value), all_digits) << text;
+        ASSERT_EQ(TestFixture::numbers::read_digits(text.data(), count, &value), all_digits) << text;
         if (all_digits) {
             ASSERT_EQ(value, std::stoull(text)) << text;
         }
@@ -97,7 +71,7 @@ TYPED_TEST(short_text, random_bytes_are_digits_only_where_all_are)
 }
 
 // Every count of digits, and one more; the point at every place, and none.
-TYPED_TEST(short_text, decimals_of_every_shape_have_their_digits_and_the_place_of_the_point)
+TYPED_TEST(plain_number, decimals_of_every_shape_have_their_digits_and_the_place_of_the_point)
 {
     std::mt19937_64 random(20240706);
     for (const guard_edge edge : {guard_edge::end, guard_edge::start}) {
@@ -116,7 +90,8 @@ TYPED_TEST(short_text, decimals_of_every_shape_have_their_digits_and_the_place_o
                     const guarded<char> copy(std::span<const char>(text.data(), text.size()), edge);
                     uint64_t value = 0;
                     size_t behind_point = 99;
-                    ASSERT_EQ(TypeParam::read_decimal(copy.data(), text.size(), &value, &behind_point), is_short)
+                    ASSERT_EQ(TestFixture::numbers::read_decimal(copy.data(), text.size(), &value, &behind_point),
+                              is_short)
                         << text;
                     if (is_short) {
                         ASSERT_EQ(value, std::stoull(digits)) << text;
@@ -128,7 +103,7 @@ TYPED_TEST(short_text, decimals_of_every_shape_have_their_digits_and_the_place_o
     }
 }
 
-TYPED_TEST(short_text, any_other_byte_or_a_second_point_is_no_decimal)
+TYPED_TEST(plain_number, any_other_byte_or_a_second_point_is_no_decimal)
 {
     uint64_t value = 0;
     size_t behind_point = 0;
@@ -140,7 +115,8 @@ TYPED_TEST(short_text, any_other_byte_or_a_second_point_is_no_decimal)
                     text[at] = static_cast<char>(c);
                     text.insert(point, 1, '.');
                     const bool digit = c >= '0' && c <= '9';
-                    ASSERT_EQ(TypeParam::read_decimal(text.data(), text.size(), &value, &behind_point), digit)
+                    ASSERT_EQ(TestFixture::numbers::read_decimal(text.data(), text.size(), &value, &behind_point),
+                              digit)
                         << "byte " << c << " at " << at << " of " << count << ", point at " << point;
                 }
             }
@@ -148,16 +124,17 @@ TYPED_TEST(short_text, any_other_byte_or_a_second_point_is_no_decimal)
     }
 }
 
-TYPED_TEST(short_text, no_digits_and_too_many_characters_are_no_decimal)
+TYPED_TEST(plain_number, no_digits_and_too_many_characters_are_no_decimal)
 {
     uint64_t value = 0;
     size_t behind_point = 0;
     const guarded<char> nothing(0);
-    EXPECT_FALSE(TypeParam::read_decimal(nothing.data(), 0, &value, &behind_point));
+    EXPECT_FALSE(TestFixture::numbers::read_decimal(nothing.data(), 0, &value, &behind_point));
     for (size_t size = 1; size <= 100; size++) {
         const std::string points(size, '.'), ones(size, '1');
-        EXPECT_FALSE(TypeParam::read_decimal(points.data(), size, &value, &behind_point)) << points;
-        EXPECT_EQ(TypeParam::read_decimal(ones.data(), size, &value, &behind_point), size <= embedded::plain_digits_max)
+        EXPECT_FALSE(TestFixture::numbers::read_decimal(points.data(), size, &value, &behind_point)) << points;
+        EXPECT_EQ(TestFixture::numbers::read_decimal(ones.data(), size, &value, &behind_point),
+                  size <= embedded::plain_digits_max)
             << ones;
     }
 }
