@@ -212,8 +212,8 @@ std::string describe(const row_cast &c, const setup &how, const std::vector<batc
     out << c.name << ", " << rows.size() << " rows, " << describe(how);
     if (c.length != 0)
         out << ", length " << c.length;
-    if (c.compat_mode != 0 || c.compat_mode2 != 0)
-        out << ", compat_mode " << c.compat_mode << ", compat_mode2 " << c.compat_mode2;
+    if (c.compat_mode || c.compat_mode2)
+        out << ", compat_mode " << c.compat_mode.value_or(0) << ", compat_mode2 " << c.compat_mode2.value_or(0);
     out << (plan.capture ? ", failures captured" : ", no err_codes");
     for (const auto &[call, result] : plan.results)
         out << "\n    call " << call << " of those that can fail gives " << result;
@@ -285,6 +285,17 @@ row_cast cast_of_samples(const char *name, any_cast cast, row_flags flags, const
     return c;
 }
 
+row_outcome outcome_alone(const row_cast &c, const std::string &element, const setup &how)
+{
+    static bdta3_col_data data = {};
+    static const bdta3_col column = [] {
+        bdta3_col record = {};
+        record.data = &data;
+        return record;
+    }();
+    return c.convert({element, element.data(), &column, 0, true, how, &column, c});
+}
+
 void expect_batch(const row_cast &c, const setup &how, const std::vector<batch_row> &rows, const batch_plan &plan)
 {
     if (testing::Test::HasFailure())
@@ -320,11 +331,11 @@ void expect_batch(const row_cast &c, const setup &how, const std::vector<batch_r
         zone_record->make_read_only();
         with.heap = zone_record->data();
     }
-    int32_t status = 0;
-    {
-        const settings set(c.compat_mode, c.compat_mode2);
-        status = plan.wide_rows ? call_with_wide_rows(c.cast, with) : call(c.cast, with);
-    }
+    std::optional<settings> set;
+    if (c.compat_mode || c.compat_mode2)
+        set.emplace(c.compat_mode.value_or(0), c.compat_mode2.value_or(0));
+    const int32_t status = plan.wide_rows ? call_with_wide_rows(c.cast, with) : call(c.cast, with);
+    set.reset();
     const auto in_batch = [&] { return describe(c, how, rows, plan); };
     EXPECT_EQ(status, expected.status) << in_batch();
     EXPECT_TRUE(target.holds(expected.target)) << in_batch();
@@ -345,18 +356,22 @@ std::vector<batch_row> sample_rows(const row_cast &c, const std::vector<uint8_t>
 void expect_rows_and_null_rows(const row_cast &c)
 {
     const std::function<uint8_t(uint32_t)> patterns[] = {
+        [](uint32_t row) { return mixed_flags[row % std::size(mixed_flags)]; },
         [](uint32_t) { return uint8_t{1}; },
         [](uint32_t) { return uint8_t{0}; },
-        [&](uint32_t row) { return mixed_flags[row % std::size(mixed_flags)]; },
         [](uint32_t row) { return static_cast<uint8_t>(row / 1024 == 1 ? 0 : 1 + row % 255); },
         [](uint32_t row) { return static_cast<uint8_t>(row % 1024 == 0 ? 0 : 3); },
     };
+    // A cast that calls a service goes row by row; others may go by blocks of 1024.
+    const bool by_blocks = !c.convert || outcome_alone(c, c.samples.front()).steps.empty();
+    const std::vector<uint32_t> many{0, 1, 2, 33, 1023, 1024, 1025, 2100}, few{33, 2100};
     for (const auto &flag_of : patterns) {
-        for (const uint32_t row_count : {0U, 1U, 2U, 33U, 1023U, 1024U, 1025U, 2100U}) {
+        const bool is_first = &flag_of == patterns;
+        for (const uint32_t row_count : is_first || by_blocks ? many : few) {
             const std::vector<batch_row> rows = sample_rows(c, flags_of(row_count, flag_of));
             for (const setup &how : all_setups()) {
                 expect_batch(c, how, rows);
-                if (c.captures())
+                if (c.captures() && (is_first || by_blocks))
                     expect_batch(c, how, rows, {.capture = true});
             }
         }
@@ -459,6 +474,28 @@ void at_several_rows(const row_cast &c, const std::string &element,
         check(batch);
     }
     check(std::vector<batch_row>(5, {flag, element}));
+}
+
+void expect_bad_elements(const row_cast &c, const std::vector<std::string> &elements)
+{
+    for (const std::string &element : elements) {
+        at_several_rows(c, element, [&](const std::vector<batch_row> &rows) {
+            for (const setup &how : all_setups())
+                expect_batch(c, how, rows);
+        });
+        if (c.captures())
+            expect_batch(c, few_setups()[1], std::vector<batch_row>(3, {1, element}),
+                         {.capture = true, .count_before = 65534});
+    }
+    if (!c.captures())
+        return;
+    std::vector<batch_row> rows =
+        sample_rows(c, flags_of(2100, [](uint32_t row) { return static_cast<uint8_t>(row % 5 == 2 ? 0 : 4); }));
+    size_t bad = 0;
+    for (const uint32_t row : {0U, 1U, 600U, 1023U, 1024U, 1025U, 1500U, 2048U, 2090U})
+        rows[row] = {0x80, elements[bad++ % elements.size()]};
+    for (const setup &how : all_setups())
+        expect_batch(c, how, rows, {.capture = true});
 }
 
 } // namespace bcast::test

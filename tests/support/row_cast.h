@@ -101,13 +101,13 @@ struct row_outcome {
 struct row_cast;
 
 struct row_input {
-    std::string image; // of the source element
-    const void *where; // it stands
+    const std::string &image; // of the source element
+    const void *where;        // it stands
     const bdta3_col *target;
     uint32_t row;
     bool first; // no present row has gone before
     const setup &how;
-    const bdta3_col *source = nullptr;
+    const bdta3_col *source;
     const row_cast &cast;  // with the arguments and modes of this batch
     bool captures = false; // failures, into err_codes
 
@@ -137,8 +137,8 @@ struct row_cast {
     bool status_is_last_result = false;          // of the services that can fail; a positive one as well
     std::string null_result = {};                // what a null row becomes where its element tells it
     uint16_t cmp_op = '=';
-    int32_t compat_mode = 0, compat_mode2 = 0; // while a batch runs
-    std::vector<service_call> at_end = {};     // behind the last row, if the cast gets there
+    std::optional<int32_t> compat_mode = std::nullopt, compat_mode2 = std::nullopt; // if not those of the test
+    std::vector<service_call> at_end = {}; // behind the last row, if the cast gets there
     source_reading reads = source_reading::everything;
 
     size_t from_bytes() const { return samples.front().size(); }
@@ -160,7 +160,7 @@ template <class Holds> std::vector<row_cast> casts_where(const std::vector<row_c
 {
     std::vector<row_cast> some;
     for (const row_cast &c : casts)
-        if (holds(c))
+        if (std::invoke(holds, c))
             some.push_back(c);
     return some;
 }
@@ -178,6 +178,9 @@ struct batch_plan {
     bool wide_rows = false;       // hands rows over in 32 bits
     bool elements_hidden = false; // a cast that looks at an element ends the test
 };
+
+// What the cast is to make of an element by itself.
+row_outcome outcome_alone(const row_cast &c, const std::string &element, const setup &how = few_setups().front());
 
 // Runs one batch and compares all that it left. Does nothing once the test has failed.
 void expect_batch(const row_cast &c, const setup &how, const std::vector<batch_row> &rows, const batch_plan &plan = {});
@@ -209,5 +212,8 @@ void expect_element(const row_cast &c, const std::string &element);
 // Puts an element at several places of a batch of samples, one batch after the other, and in all of them.
 void at_several_rows(const row_cast &c, const std::string &element,
                      const std::function<void(const std::vector<batch_row> &)> &check, uint8_t flag = 0x81);
+
+// Elements that fail by themselves, at several rows: without err_codes, and with them if the cast has any.
+void expect_bad_elements(const row_cast &c, const std::vector<std::string> &elements);
 
 } // namespace bcast::test
