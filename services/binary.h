@@ -6,6 +6,8 @@
 #ifndef BCAST_SERVICES_BINARY_H
 #define BCAST_SERVICES_BINARY_H
 
+#include <bcast/values.h>
+
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -14,7 +16,7 @@ extern "C" {
 
 #pragma GCC visibility push(default)
 
-enum { NBIN_MAX = 32768 }; /* bytes of the longest binary value */
+enum { NBIN_MAX = BCAST_BINARY_MAX }; /* bytes of the longest binary value */
 
 /* A binary value on its way into a column. */
 typedef struct nbin {

@@ -14,6 +14,7 @@
 #define BCAST_SERVICES_DECIMAL_H
 
 #include <bcast/column.h>
+#include <bcast/values.h>
 
 #ifdef __cplusplus
 extern "C" {
@@ -23,8 +24,8 @@ extern "C" {
 
 int32_t xdec_from_int64_with_len_prec(int64_t value, int32_t len, int32_t prec, xdec *out);
 
-/* The number that text_len bytes spell; 1 to 319 of them, or 0 for an element whose length word is a multiple of
- * 65536. */
+/* The number that text_len bytes spell; 1 to BCAST_NUMBER_TEXT_MAX of them, or 0 for an element whose length word is a
+ * multiple of 65536. */
 int32_t xdec_from_char_with_len_prec(const char *text, uint16_t text_len, int32_t len, int32_t prec, xdec *out);
 
 /* Has to refuse infinity and NaN. */

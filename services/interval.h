@@ -1,22 +1,19 @@
 /* libbcast services: intervals. See column.h here for what a service is.
  *
- * A word is an iv_word, the shape of an interval type: the field code in its high
- * byte, precisions in its low one. A negative result is a failure code, which
- * becomes the row's, unless something else is said.
+ * A word is an iv_word, the shape of an interval type (bcast/values.h). A negative
+ * result is a failure code, which becomes the row's, unless something else is said.
  */
 #ifndef BCAST_SERVICES_INTERVAL_H
 #define BCAST_SERVICES_INTERVAL_H
 
 #include <bcast/column.h>
+#include <bcast/values.h>
 
 #ifdef __cplusplus
 extern "C" {
 #endif
 
 #pragma GCC visibility push(default)
-
-/* Field codes of intervals of one field. Those between are of several. */
-enum bcast_interval_field { IV_YEAR = 0, IV_MONTH = 2, IV_DAY = 3, IV_HOUR = 7, IV_MINUTE = 10, IV_SECOND = 12 };
 
 /* Sets every field to 0. */
 void vqdt_clear_interval_ym_info(ivym *interval);
@@ -30,8 +27,8 @@ int32_t interval_dt_validate(ivdt *interval, uint16_t word);
 int32_t vq_interval_ym_from_char(void *env, const char *text, ivym *interval, uint16_t word);
 int32_t vq_interval_dt_from_char(void *env, const char *text, ivdt *interval, uint16_t word);
 
-/* Writes the text, with a NUL behind it, to text, which has room for 504 bytes. 0 is a failure,
- * anything else a success. */
+/* Writes the text, with a NUL behind it, to text, which has room for BCAST_TEXT_ROOM bytes. 0 is a failure, anything
+ * else a success. */
 int32_t vq_interval_ym_to_char(const ivym *interval, char *text, uint16_t word);
 int32_t vq_interval_dt_to_char(const ivdt *interval, char *text, uint16_t word);
 

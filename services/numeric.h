@@ -3,6 +3,8 @@
 #ifndef BCAST_SERVICES_NUMERIC_H
 #define BCAST_SERVICES_NUMERIC_H
 
+#include <bcast/values.h>
+
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -32,8 +34,8 @@ int32_t dou2int64(double value, int64_t *out);
 /* What value was before it came to vq_dou2char. */
 enum bcast_floating { BCAST_WAS_FLOAT = 0, BCAST_WAS_DOUBLE = 1 };
 
-/* Writes value to buf, which has room for 504 bytes, and returns the length of the text, which is not terminated.
- * kind is a bcast_floating. Cannot fail: infinity and NaN have a text. */
+/* Writes value to buf, which has room for BCAST_TEXT_ROOM bytes, and returns the length of the text, which is not
+ * terminated. kind is a bcast_floating. Cannot fail: infinity and NaN have a text. */
 int32_t vq_dou2char(int32_t kind, double value, char *buf);
 
 #pragma GCC visibility pop

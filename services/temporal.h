@@ -9,6 +9,7 @@
 #define BCAST_SERVICES_TEMPORAL_H
 
 #include <bcast/column.h>
+#include <bcast/values.h>
 
 #ifdef __cplusplus
 extern "C" {
@@ -16,22 +17,14 @@ extern "C" {
 
 #pragma GCC visibility push(default)
 
-enum bcast_temporal_type {
-    TYPE_DATE = 14,
-    TYPE_TIME = 15,
-    TYPE_DATETIME = 16,
-    TYPE_TIME_TZ = 22,
-    TYPE_DATETIME_TZ = 23
-};
-
-enum { PARSE_NULL = 109 };  /* result of a parser: the text denotes no value, and the row becomes null */
-enum { TZ_NO_SHIFT = 480 }; /* the zone that the casts from text to a local zone leave as it is */
-enum { FIELD_MINUTE = 5 };  /* field of vqtime_add_by_fmt */
+enum { PARSE_NULL = 109 }; /* result of a parser: the text denotes no value, and the row becomes null */
+enum { FIELD_MINUTE = 5 }; /* field of vqtime_add_by_fmt */
 
 /* ---- Text and integers to values ---- */
 
-/* The date or time that length characters spell, 1 to 255 of them, with a NUL behind. parse_word and parse_ptr are the
- * cast's own arguments. zero is 0. Any result that is neither negative nor PARSE_NULL is a success. */
+/* The date or time that length characters spell, from 1 on and below BCAST_DATE_TEXT_LIMIT, with a NUL behind.
+ * parse_word and parse_ptr are the cast's own arguments. zero is 0. Any result that is neither negative nor PARSE_NULL
+ * is a success. */
 int32_t char_to_date_simple_with_alen(const char *text, int32_t length, void *parse_ptr, uint16_t parse_word,
                                       vqtime *result, int32_t zero);
 
@@ -63,8 +56,8 @@ int32_t vqtime_round_by_prec(const vqtime *value, uint16_t digits, vqtime *resul
 /* Clears what a bcast_temporal_type does not hold. */
 void vqtime_reset(vqtime *value, int32_t type);
 
-/* ---- Values to text: 0 is a failure, anything else a success. text has room for 504 bytes and gets a NUL behind its
- * characters. zero is 0.
+/* ---- Values to text: 0 is a failure, anything else a success. text has room for BCAST_TEXT_ROOM bytes and gets a NUL
+ * behind its characters. zero is 0.
  * ---- */
 
 /* A value on its way into text, between two of these services. */

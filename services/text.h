@@ -4,6 +4,8 @@
 #ifndef BCAST_SERVICES_TEXT_H
 #define BCAST_SERVICES_TEXT_H
 
+#include <bcast/values.h>
+
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -18,8 +20,10 @@ extern "C" {
  * only for a char or varchar2 element whose length word is a multiple of 65536. */
 int32_t str2int64(const char *text, int32_t length, int64_t *result);
 
-/* Writes the decimal text of value to buffer, which has room for 16 bytes, and
- * its byte count to *out_len. No terminator is asked for. Returns a negative
+enum { INT_TEXT_ROOM = 16 }; /* the buffer of str_from_int */
+
+/* Writes the decimal text of value to buffer, which has room for INT_TEXT_ROOM bytes,
+ * and its byte count to *out_len. No terminator is asked for. Returns a negative
  * code, which becomes the row's, when the text is longer than limit bytes. */
 int32_t str_from_int(int32_t value, int32_t limit, char *buffer, int32_t *out_len);
 
@@ -35,9 +39,9 @@ int32_t str_from_int(int32_t value, int32_t limit, char *buffer, int32_t *out_le
  * length is 0 to 65535. */
 int32_t str2int64_directly(const char *text, int32_t length, int64_t *result, char *sign);
 
-/* Reads the number that the length bytes at text spell, 0 to 319 of them. Stores
- * it in *result and returns 0 or a positive value; or returns a negative code,
- * which becomes the row's. */
+/* Reads the number that the length bytes at text spell, 0 to BCAST_NUMBER_TEXT_MAX of
+ * them. Stores it in *result and returns 0 or a positive value; or returns a negative
+ * code, which becomes the row's. */
 int32_t utl_digit_from_char(const char *text, uint16_t length, double *result);
 
 /* How much of text a target of limit bytes takes in whole characters of a

@@ -1,15 +1,7 @@
 // Intervals: their shapes, and what they count.
 //
-// An iv_word has the field code in its high byte,
-//
-//     0 year   1 year to month   2 month
-//     3 day    4 day to hour     5 day to minute     6 day to second
-//              7 hour            8 hour to minute    9 hour to second
-//                               10 minute           11 minute to second
-//                                                   12 second
-//
-// and two precisions in its low byte: the most digits of the leading field in the high half, where 0 and all above 9
-// read as 9; the digits of the fraction of a second in the low half, where all above 6 reads as 6.
+// The shapes of each kind count up by their first field, and below it by their last one. Of the digits in an iv_word 0
+// and all above 9 read as 9 for the leading field, and all above 6 as 6 for the fraction.
 //
 // The fields of an interval are all of one sign. What is done to one goes by its total: months, or microseconds.
 #pragma once
@@ -72,7 +64,7 @@ struct interval_shape {
 template <class Interval> std::optional<interval_shape> shape_of(uint32_t word)
 {
     using kind = interval_kind<Interval>;
-    const uint32_t leading = word >> 4 & 0xF, fraction = word & 0xF;
+    const uint32_t leading = bcast_iv_leading(uint16_t(word)), fraction = bcast_iv_fraction(uint16_t(word));
     unsigned code = kind::first_code;
     for (size_t first = 0; first < kind::shown_fields; first++)
         for (size_t last = first; last < kind::shown_fields; last++, code++)

@@ -13,8 +13,6 @@ namespace embedded {
 
 namespace {
 
-constexpr size_t buffer_size = 504;
-
 int32_t write_text(std::string_view text, char *buf)
 {
     memcpy(buf, text.data(), text.size());
@@ -43,7 +41,7 @@ template <class Number> int32_t write_number(Number value, char *buf)
     // Of a number that has no room for a fraction std::to_chars shows more digits than it takes.
     const bool long_whole = fixed && magnitude >= Number(uint64_t{1} << std::numeric_limits<Number>::digits);
     const auto format = fixed && !long_whole ? std::chars_format::fixed : std::chars_format::scientific;
-    char *end = std::to_chars(buf, buf + buffer_size, value, format).ptr;
+    char *end = std::to_chars(buf, buf + BCAST_TEXT_ROOM, value, format).ptr;
     if (long_whole)
         end = shift_point_out(buf + std::signbit(value), end);
     return int32_t(end - buf);

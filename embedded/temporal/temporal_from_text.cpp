@@ -4,6 +4,7 @@
 #include "embedded/temporal/temporal_reader.h"
 
 #include <bcast/codes.h>
+#include <bcast/embedded.h>
 #include <services/temporal.h>
 
 namespace embedded {
@@ -100,7 +101,7 @@ ALWAYS_INLINE int32_t in_order(const char *text, int32_t length, void *, uint16_
 template <level at>
 ALWAYS_INLINE int32_t of_type(const char *text, int32_t length, int32_t type, vqtime *result, int32_t *)
 {
-    return from_text<at>(text, length, year_first, type == TYPE_DATE, result);
+    return from_text<at>(text, length, BCAST_YEAR_FIRST, type == TYPE_DATE, result);
 }
 
 } // namespace

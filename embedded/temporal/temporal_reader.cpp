@@ -6,6 +6,7 @@
 #include "embedded/temporal/temporal_arithmetic.h"
 
 #include <bcast/codes.h>
+#include <bcast/embedded.h>
 
 namespace embedded {
 
@@ -61,11 +62,11 @@ bool read_date(cursor *from, uint16_t order, date_fields *date)
         return read_year_first(from, '-', date);
     if (from->has(4, '/'))
         return read_year_first(from, '/', date);
-    if (order == day_first && from->has(2, '.'))
+    if (order == BCAST_DAY_FIRST && from->has(2, '.'))
         return read_year_last(from, '.', &date->day, &date->month, date);
-    if (order == day_first && from->has(2, '/'))
+    if (order == BCAST_DAY_FIRST && from->has(2, '/'))
         return read_year_last(from, '/', &date->day, &date->month, date);
-    if (order == month_first && from->has(2, '/'))
+    if (order == BCAST_MONTH_FIRST && from->has(2, '/'))
         return read_year_last(from, '/', &date->month, &date->day, date);
     return read_year(from, date) && read_pair(from, &date->month) && read_pair(from, &date->day);
 }

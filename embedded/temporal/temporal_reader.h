@@ -24,15 +24,13 @@
 
 namespace embedded {
 
-// The values of parse_word. Any other is year_first.
-enum field_order : uint16_t { year_first = 0, day_first = 1, month_first = 2 };
-
 struct temporal_text {
     temporal_words value;
     bool has_date;
 };
 
-// 0, PARSE_NULL for a text of nothing but blanks, or ERR_BAD_DATETIME. *read is of use with 0 only.
+// 0, PARSE_NULL for a text of nothing but blanks, or ERR_BAD_DATETIME. *read is of use with 0 only. order is a
+// bcast_date_order.
 int32_t read_temporal_text(const char *text, size_t size, uint16_t order, temporal_text *read);
 
 // False when the characters are no zone.

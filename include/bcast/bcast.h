@@ -2,6 +2,7 @@
  *
  *     column.h  the records: columns, elements, working values
  *     codes.h   failure codes
+ *     values.h  what other numbers mean: operators, types, shapes, modes, limits
  *     casts.h   the contract of a call, and all 344 casts by argument pattern
  *
  * embedded.h, not included here, has columns and services for programs that
@@ -13,5 +14,6 @@
 #include "casts.h"  /* IWYU pragma: export */
 #include "codes.h"  /* IWYU pragma: export */
 #include "column.h" /* IWYU pragma: export */
+#include "values.h" /* IWYU pragma: export */
 
 #endif

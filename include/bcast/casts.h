@@ -71,6 +71,7 @@
 #define BCAST_CASTS_H
 
 #include "column.h"
+#include "values.h"
 
 #ifdef __cplusplus
 extern "C" {

@@ -72,7 +72,7 @@ typedef struct vqtime {
 typedef struct ivym {
     int32_t year;
     int32_t month;
-    uint32_t iv_word; /* shape: field code in bits 8 to 15, precisions in bits 0 to 7 */
+    uint32_t iv_word; /* the shape of the type, as BCAST_IV_WORD of values.h packs it */
 } ivym;
 
 /* The element of ivdt, an interval from day to second. */

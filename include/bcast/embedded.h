@@ -49,15 +49,18 @@
  *
  *   Dates are those of the proleptic Gregorian calendar, years 0001 to 9999.
  *   Text: YYYY-MM-DD, YYYY/MM/DD or YYYYMMDD, HH:MM[:SS[.f]], or both with a blank
- *   or T between, and a zone Z, +HH, +HHMM or +HH:MM up to 14:00 behind;
- *   parse_word 1 also takes DD.MM.YYYY and DD/MM/YYYY, 2 MM/DD/YYYY. Blanks alone
+ *   or T between, and a zone Z, +HH, +HHMM or +HH:MM up to 14:00 behind. With
+ *   BCAST_DAY_FIRST as parse_word also DD.MM.YYYY and DD/MM/YYYY, with
+ *   BCAST_MONTH_FIRST MM/DD/YYYY; parse_ptr is not looked at. Blanks alone
  *   are no value. A time alone has the date 1900-01-01; a text without a zone
  *   reads as +08:00, which the casts leave as it is. Fractions are rounded to six
  *   digits, ties up, with a carry to the date. Anything else, and what lies beyond
  *   the calendar: ERR_BAD_DATETIME. An integer is YYYYMMDD as a date, HHMMSS or
- *   YYYYMMDDHHMMSS as a time. Written as 2023-07-14 12:34:56.5+02:00. An
- *   interval in text has the fields of its shape, "3-11" or "5 12:30:07.25", or a
- *   lone number for the leading one.
+ *   YYYYMMDDHHMMSS as a time. Written as 2023-07-14 12:34:56.5+02:00.
+ *
+ *   An interval in text has the fields of its shape, "3-11" or "5 12:30:07.25", or
+ *   a lone number for the leading one. In an iv_word 0 leading digits, or more than
+ *   9, are 9, and more than 6 of the fraction are 6.
  *
  *   An integer as text: its decimal digits, with a sign where it is negative.
  *   Longer than the target: ERR_TARGET_TOO_SHORT.
@@ -85,6 +88,10 @@ extern "C" {
 
 /* A selection vector can name rows 0 to 65535. */
 enum { BCAST_COLUMN_MAX_ROWS = 65536 };
+
+/* parse_word of the casts from text to dates. Any other value: BCAST_YEAR_FIRST. Where the year stands first it is
+ * read so in any order. */
+enum bcast_date_order { BCAST_YEAR_FIRST = 0, BCAST_DAY_FIRST = 1, BCAST_MONTH_FIRST = 2 };
 
 /* ---- Types and codes --------------------------------------------------- */
 

@@ -15,12 +15,11 @@
 
 namespace {
 
-constexpr uint32_t longest_value = 32767;
-constexpr size_t text_room = 65536; // its text and a NUL
+constexpr size_t text_room = 65536; // the text of the longest value and a NUL
 
 enum class too_long { fails, is_cut };
 
-// A value above longest_value fails in all forms: only its text can be cut.
+// A value above BCAST_HEX_VALUE_MAX fails in all forms: only its text can be cut.
 template <too_long rule, blanks_rule blanks, class Failures>
 int32_t show_rows(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows,
                   Failures failures)
@@ -31,7 +30,7 @@ int32_t show_rows(void *env, void *heap, const bdta3_col *src, int32_t length, b
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, failures, [&](uint32_t r, uint32_t i) {
         const auto size = uint32_t(from[r].length);
-        if (size > longest_value)
+        if (size > BCAST_HEX_VALUE_MAX)
             return fail_clearing_flag(dst, i, ERR_TRUNCATED);
         const int32_t status = nbin_to_char_ex(from[r].text, size, text, 0);
         if (status < 0)
@@ -82,7 +81,7 @@ int32_t show_hex_rows(void *env, void *heap, const bdta3_col *src, int32_t lengt
     copy_no_null(src, dst);
     const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
         const auto size = uint32_t(from[r].length);
-        if (size > longest_value)
+        if (size > BCAST_HEX_VALUE_MAX)
             return fail_too_long(dst, i, ERR_TRUNCATED);
         nbin_to_char_ex(from[r].text, size, text, 0);
         working.first_word = 0;
@@ -128,8 +127,8 @@ int32_t bcast_varbinary_to_varchar_explicit(void *env, void *heap, const bdta3_c
     return show_rows<too_long::is_cut, no_blanks>(env, heap, src, length, dst, rows, stop{});
 }
 
-// A value above longest_value leaves the flag set here, and clears it in the other one. A text above length clears it
-// in both.
+// A value above BCAST_HEX_VALUE_MAX leaves the flag set here, and clears it in the other one. A text above length
+// clears it in both.
 int32_t bcast_varbinary_to_hex_char(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
                                     uint16_t rows)
 {

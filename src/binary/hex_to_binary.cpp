@@ -1,6 +1,6 @@
 // Hexadecimal text, with or without 0x in front, into binary and varbinary. All character sources go this way. A binary
-// target is filled up with zeros, behind the decoded bytes and in their buffer, so that length may be 32768 at most;
-// that is not tested. The plain forms refuse a value that is too long, the explicit forms cut it.
+// target is filled up with zeros, behind the decoded bytes and in their buffer, so that length may be BCAST_BINARY_MAX
+// at most; that is not tested. The plain forms refuse a value that is too long, the explicit forms cut it.
 
 #include "machine/short_copy.h"
 #include "src/frame/alias.h"
@@ -26,7 +26,8 @@ template <too_long rule_above, too_short rule_below> struct decode_rows {
     {
         using copies = machine::short_copies<level>;
         const bdta3_str *from = elements<bdta3_str>(src);
-        const bool empty_is_null = rule_below == too_short::stays && global_bcast_var.compat_mode == 2;
+        const bool empty_is_null =
+            rule_below == too_short::stays && global_bcast_var.compat_mode == BCAST_MODE_EMPTY_IS_NULL;
         alignas(scratch_alignment) nbin value; // not cleared: the service writes what it decodes
 
         copy_no_null(src, dst);
@@ -78,7 +79,7 @@ int32_t bcast_hex_varchar_to_binary_explicit(void *env, void *heap, const bdta3_
         env, heap, src, length, dst, rows, capture{err_codes, err_count});
 }
 
-// Into varbinary an empty text is a null where compat_mode is 2. Into binary it never is.
+// Into varbinary an empty text is a null where compat_mode is BCAST_MODE_EMPTY_IS_NULL. Into binary it never is.
 
 int32_t bcast_hex_varchar_to_varbinary(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
                                        uint16_t rows, int32_t *err_codes, uint16_t *err_count)

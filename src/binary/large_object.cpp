@@ -29,12 +29,12 @@ int32_t copy_batch(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, 
 // A row that fails leaves the working value as it is: what it holds then is left to the pool.
 
 // The blanks that a char source counts become bytes of the value. The stored length is reckoned from the value's, not
-// taken from the working value. A text with its blanks may have 32768 bytes; the cast does not test it.
+// taken from the working value. A text with its blanks may have BCAST_BINARY_MAX bytes; the cast does not test it.
 int32_t bcast_varchar_to_blob(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
                               int32_t *err_codes, uint16_t *err_count)
 {
     const bdta3_str *from = elements<bdta3_str>(src);
-    char padded[32768]; // not cleared: a row writes what it stores
+    char padded[BCAST_BINARY_MAX]; // not cleared: a row writes what it stores
     alignas(scratch_alignment) nstr working;
     set_up(working);
 
@@ -78,7 +78,8 @@ int32_t bcast_binary_to_blob(void *env, void *heap, const bdta3_col *src, bdta3_
     });
 }
 
-// The stored length is that of the working value here. A value may have 32767 bytes; the cast does not test it.
+// The stored length is that of the working value here. A value may have BCAST_HEX_VALUE_MAX bytes; the cast does not
+// test it.
 int32_t bcast_binary_to_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     const bdta3_str *from = elements<bdta3_str>(src);

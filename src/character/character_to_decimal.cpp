@@ -1,6 +1,6 @@
 // Text into decimals of a shape: a service reads and fits the number, and its code is the row's. The element is written
-// as a whole, and only where it succeeds. The service gets the low 16 bits of a length and no more than 319 bytes, from
-// varchar too, whose casts to integers hand over the whole length.
+// as a whole, and only where it succeeds. The service gets the low 16 bits of a length and no more than
+// BCAST_NUMBER_TEXT_MAX bytes, from varchar too, whose casts to integers hand over the whole length.
 
 #include "src/character/sources.h"
 #include "src/frame/decimal_element.h"

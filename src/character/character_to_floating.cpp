@@ -1,6 +1,6 @@
 // Text into float and double: a service reads the number, always as a double. What it may be then differs: a float has
 // to pass its predicate; of the casts to double only the one from varchar asks, the others store what was read. The
-// service gets the low 16 bits of a length and no more than 319 bytes, from varchar too.
+// service gets the low 16 bits of a length and no more than BCAST_NUMBER_TEXT_MAX bytes, from varchar too.
 
 #include "src/character/sources.h"
 

@@ -12,12 +12,6 @@
 
 namespace {
 
-enum : int32_t {
-    VERDICT_NONE = INT32_MIN, // there is an integer
-    VERDICT_BELOW = 5,        // the literal lies below every value of the type
-    VERDICT_ABOVE = 6,        // above every value; under = and <>: it equals none, whichever side it lies on
-};
-
 // Where a comparison wants a literal that lies between two integers. Under < and >= the next integer above gives the
 // same answer, under > and <= the next one below, under = and <> none does.
 enum class moves { up, down, nowhere, unknown };
@@ -25,14 +19,14 @@ enum class moves { up, down, nowhere, unknown };
 moves moves_under(uint16_t cmp_op)
 {
     switch (cmp_op) {
-    case '<':
-    case 0x3f6: // >=
+    case BCAST_OP_LESS:
+    case BCAST_OP_GREATER_EQUAL:
         return moves::up;
-    case '>':
-    case 0x3f5: // <=
+    case BCAST_OP_GREATER:
+    case BCAST_OP_LESS_EQUAL:
         return moves::down;
-    case '=':
-    case 0x3f8: // <>
+    case BCAST_OP_EQUAL:
+    case BCAST_OP_UNEQUAL:
         return moves::nowhere;
     default:
         return moves::unknown;

@@ -58,14 +58,16 @@ walk_outcome copy_rows(void *env, void *heap, const bdta3_col *src, int32_t leng
 
 // Explicit forms: a text that is too long is cut behind its last whole character that fits, and stripped of the blanks
 // that it then ends in. Those alone are its count of blanks: it is not topped up. If not even one character fits, the
-// row is empty, or null where compat_mode is 2; one that is left with blanks alone is empty in every mode.
+// row is empty, or null where compat_mode is BCAST_MODE_EMPTY_IS_NULL; one that is left with blanks alone is empty in
+// every mode.
 template <source_blanks_rule blanks>
 int32_t cut_rows(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
 {
     const bdta3_str *from = elements<bdta3_str>(src);
-    const bool empty_is_null = global_bcast_var.compat_mode == 2;
+    const bool empty_is_null = global_bcast_var.compat_mode == BCAST_MODE_EMPTY_IS_NULL;
     const int32_t mode2 = global_bcast_var.compat_mode2;
-    const int32_t charset = mode2 == 1 ? 1 : mode2 == 2 ? 6 : 10; // as the service numbers them
+    // As the service numbers them.
+    const int32_t charset = mode2 == BCAST_CUT_BY_CHARSET_1 ? 1 : mode2 == BCAST_CUT_BY_CHARSET_6 ? 6 : 10;
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {

@@ -14,6 +14,8 @@
 
 #include "src/frame/row_walk.h"
 
+#include <bcast/values.h>
+
 #include <algorithm>
 
 template <class Read> auto unless_empty(const bdta3_col *src, bdta3_col *dst, Read read)
@@ -43,9 +45,8 @@ template <class Read> int32_t from_varchar2(const bdta3_col *src, bdta3_col *dst
 }
 
 // How much of a text the parsers of decimals and floating numbers get: the low 16 bits of its length, and no more than
-// 319 bytes. What stands behind is not looked at.
+// BCAST_NUMBER_TEXT_MAX bytes. What stands behind is not looked at.
 inline uint16_t parsed_length(const bdta3_str &text)
 {
-    constexpr uint16_t longest = 319;
-    return std::min(uint16_t(text.length), longest);
+    return std::min<uint16_t>(uint16_t(text.length), BCAST_NUMBER_TEXT_MAX);
 }

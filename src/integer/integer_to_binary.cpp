@@ -17,8 +17,6 @@
 
 namespace {
 
-constexpr int32_t image_size = 32768; // the longest binary value
-
 // The low `count` bytes of value, at most 8.
 void put_bytes(uint8_t *out, uint32_t count, int64_t value)
 {
@@ -103,7 +101,7 @@ int32_t bcast_int_to_binary(void *env, void *heap, const bdta3_col *src, int32_t
     constexpr uint32_t width = 4;
     const int32_t *from = elements<int32_t>(src);
     const uint32_t kept = kept_bytes(width, length);
-    alignas(scratch_alignment) uint8_t image[image_size];
+    alignas(scratch_alignment) uint8_t image[BCAST_BINARY_MAX];
     // The zeros in front are the same for every row.
     uint8_t *at = image;
     if (uint16_t(length) > width) {

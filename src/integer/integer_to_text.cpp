@@ -47,7 +47,7 @@ template <blanks_rule blanks>
 int32_t by_service(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
 {
     const int32_t *values = elements<int32_t>(src);
-    alignas(scratch_alignment) char text[16];
+    alignas(scratch_alignment) char text[INT_TEXT_ROOM];
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {

@@ -22,12 +22,11 @@ struct text_shape {
 
     explicit text_shape(int32_t length) : target_length(uint16_t(length))
     {
-        constexpr uint8_t no_shape = 0x81; // as prec
-        const auto declared_prec = uint8_t(length >> 16);
-        if (global_bcast_var.compat_mode == 2 || declared_prec == no_shape)
+        const uint8_t declared_prec = bcast_dec_prec(length >> 16);
+        if (global_bcast_var.compat_mode == BCAST_MODE_EMPTY_IS_NULL || declared_prec == BCAST_DEC_NO_SHAPE)
             return;
         prec = declared_prec;
-        len = uint16_t(int8_t(length >> 24)); // signed, where the len of a dec target is not
+        len = uint16_t(int8_t(bcast_dec_len(length >> 16))); // signed, where the len of a dec target is not
     }
 };
 

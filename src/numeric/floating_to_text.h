@@ -11,7 +11,7 @@
 #include <services/numeric.h>
 
 template <class Element> struct floating_text {
-    char bytes[504]; // the room that the service may use
+    char bytes[BCAST_TEXT_ROOM];
     int32_t len;
 
     void write(Element value)

@@ -1,6 +1,6 @@
 // Text into dates, and into timestamps that are moved to a local zone. There are two parsers. The _fast casts give
-// theirs a terminated copy, with two arguments of the caller, and refuse text of 256 bytes or more; the others give the
-// element's own text.
+// theirs a terminated copy, with two arguments of the caller, and refuse text of BCAST_DATE_TEXT_LIMIT bytes or more;
+// the others give the element's own text.
 
 #include "machine/short_copy.h"
 #include "src/frame/row_walk.h"
@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr int32_t length_limit = 256;
-
 // Gives what the parser gave, or refuses what it may not get.
 template <machine::level level> auto staging_parser(uint16_t parse_word, void *parse_ptr, char *staged)
 {
@@ -23,7 +21,7 @@ template <machine::level level> auto staging_parser(uint16_t parse_word, void *p
         const auto len = uint32_t(length);
         if (copies::fills(len + 1)) [[likely]] {
             copies::copy_filled(staged, text.text, len);
-        } else if (len < length_limit) {
+        } else if (len < BCAST_DATE_TEXT_LIMIT) {
             memcpy(staged, text.text, len);
             staged[len] = '\0';
         } else {
@@ -43,8 +41,8 @@ struct leave_zone {
     void operator()(vqtime *) const {}
 };
 
-// Moves a value to the zone, but for one whose zone reads 480. That the shift fails is no failure of the row: the value
-// is what the service left.
+// Moves a value to the zone, but for one whose zone reads TZ_NO_SHIFT. That the shift fails is no failure of the row:
+// the value is what the service left.
 struct move_to {
     int16_t local_tz;
 
@@ -82,7 +80,8 @@ template <class Move> struct read_staged_rows {
     ALWAYS_INLINE static int32_t at(const bdta3_col *src, bdta3_col *dst, uint16_t parse_word, void *parse_ptr,
                                     uint16_t rows, capture failures, Move move)
     {
-        alignas(scratch_alignment) char staged[length_limit]; // not cleared: a row writes what the parser reads
+        // Not cleared: a row writes what the parser reads.
+        alignas(scratch_alignment) char staged[BCAST_DATE_TEXT_LIMIT];
         const auto parse = staging_parser<level>(parse_word, parse_ptr, staged);
         alignas(scratch_alignment) vqtime value{};
 

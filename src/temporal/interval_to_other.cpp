@@ -36,13 +36,13 @@ template <class Interval> int32_t reshape_rows(const bdta3_col *src, bdta3_col *
 int32_t write(const ivym *from, char *text, uint16_t word) { return vq_interval_ym_to_char(from, text, word); }
 int32_t write(const ivdt *from, char *text, uint16_t word) { return vq_interval_dt_to_char(from, text, word); }
 
-// A text that is too long is refused, or, where compat_mode is 3, cut.
+// A text that is too long is refused, or, where compat_mode is BCAST_MODE_CUT_INTERVALS, cut.
 template <class Interval, blanks_rule blanks>
 int32_t to_characters(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows, uint16_t iv_word,
                       int32_t length)
 {
     const Interval *from = elements<Interval>(src);
-    alignas(scratch_alignment) char text[504];
+    alignas(scratch_alignment) char text[BCAST_TEXT_ROOM];
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
@@ -51,15 +51,13 @@ int32_t to_characters(void *env, void *heap, const bdta3_col *src, bdta3_col *ds
         const int32_t len = text_length(text);
         if (len <= length)
             bdta3_col_assign_str(env, heap, dst, int32_t(i), text, len, blanks(length, len));
-        else if (global_bcast_var.compat_mode == 3)
+        else if (global_bcast_var.compat_mode == BCAST_MODE_CUT_INTERVALS)
             bdta3_col_assign_str(env, heap, dst, int32_t(i), text, length, 0);
         else
             return fail_clearing_flag(dst, i, ERR_TARGET_TOO_SHORT);
         return 0;
     });
 }
-
-constexpr int32_t does_not_exist = 1;
 
 } // namespace
 
@@ -104,59 +102,59 @@ int32_t bcast_iv_dt_to_varchar(void *env, void *heap, const bdta3_col *src, bdta
 int32_t bcast_iv_ym_to_tinyint(void *, void *, const bdta3_col *, bdta3_col *, uint16_t, uint16_t, uint16_t, uint16_t,
                                uint16_t)
 {
-    return does_not_exist;
+    return BCAST_NO_SUCH_CAST;
 }
 
 int32_t bcast_iv_ym_to_smallint(void *, void *, const bdta3_col *, bdta3_col *, uint16_t, uint16_t, uint16_t, uint16_t,
                                 uint16_t)
 {
-    return does_not_exist;
+    return BCAST_NO_SUCH_CAST;
 }
 
 int32_t bcast_iv_ym_to_int(void *, void *, const bdta3_col *, bdta3_col *, uint16_t, uint16_t, uint16_t, uint16_t,
                            uint16_t)
 {
-    return does_not_exist;
+    return BCAST_NO_SUCH_CAST;
 }
 
 int32_t bcast_iv_ym_to_int64(void *, void *, const bdta3_col *, bdta3_col *, uint16_t, uint16_t, uint16_t, uint16_t,
                              uint16_t)
 {
-    return does_not_exist;
+    return BCAST_NO_SUCH_CAST;
 }
 
 int32_t bcast_iv_ym_to_dec(void *, void *, const bdta3_col *, bdta3_col *, uint16_t, uint16_t, uint16_t, uint16_t,
                            uint16_t)
 {
-    return does_not_exist;
+    return BCAST_NO_SUCH_CAST;
 }
 
 int32_t bcast_iv_dt_to_tinyint(void *, void *, const bdta3_col *, bdta3_col *, uint16_t, uint16_t, uint16_t, uint16_t,
                                uint16_t)
 {
-    return does_not_exist;
+    return BCAST_NO_SUCH_CAST;
 }
 
 int32_t bcast_iv_dt_to_smallint(void *, void *, const bdta3_col *, bdta3_col *, uint16_t, uint16_t, uint16_t, uint16_t,
                                 uint16_t)
 {
-    return does_not_exist;
+    return BCAST_NO_SUCH_CAST;
 }
 
 int32_t bcast_iv_dt_to_int(void *, void *, const bdta3_col *, bdta3_col *, uint16_t, uint16_t, uint16_t, uint16_t,
                            uint16_t)
 {
-    return does_not_exist;
+    return BCAST_NO_SUCH_CAST;
 }
 
 int32_t bcast_iv_dt_to_int64(void *, void *, const bdta3_col *, bdta3_col *, uint16_t, uint16_t, uint16_t, uint16_t,
                              uint16_t)
 {
-    return does_not_exist;
+    return BCAST_NO_SUCH_CAST;
 }
 
 int32_t bcast_iv_dt_to_dec(void *, void *, const bdta3_col *, bdta3_col *, uint16_t, uint16_t, uint16_t, uint16_t,
                            uint16_t)
 {
-    return does_not_exist;
+    return BCAST_NO_SUCH_CAST;
 }

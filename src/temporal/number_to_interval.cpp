@@ -61,11 +61,9 @@ int32_t take(const xdec &from, double &number)
 
 // The field of a shape gets the number; ERR_INTERVAL_FIELD if there is no single field for it.
 
-uint8_t field_of(uint16_t iv_word) { return uint8_t(iv_word >> 8); }
-
 int32_t put(int32_t number, ivym &interval, uint16_t iv_word)
 {
-    switch (field_of(iv_word)) {
+    switch (bcast_iv_shape(iv_word)) {
     case IV_YEAR:
         interval.year = number;
         return 0;
@@ -98,7 +96,7 @@ int32_t whole(double number) { return cut_to<int32_t>(number); }
 
 template <class Number> int32_t put(Number number, ivdt &interval, uint16_t iv_word)
 {
-    switch (field_of(iv_word)) {
+    switch (bcast_iv_shape(iv_word)) {
     case IV_DAY:
         interval.day = whole(number);
         return 0;

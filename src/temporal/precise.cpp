@@ -5,7 +5,7 @@
 //     dtz_to_dt     dropped: the value is reset to a type that has none
 //     dtz_to_tz     kept, and so is all else: no reset
 //     dt_to_tz      the current one is set, the digits stay, and the value is reset to a type that has a zone
-//     dtz_to_tltz   the value is moved to the current one, also from zone 480
+//     dtz_to_tltz   the value is moved to the current one, also from TZ_NO_SHIFT
 
 #include "src/frame/block_walk.h"
 #include "src/frame/current_zone.h"

@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr size_t text_room = 504;
-
 // Writes a value with a NUL behind it; 0 if it has no text.
 using writer = int32_t(const vqtime *value, char *text);
 
@@ -50,7 +48,7 @@ int32_t write_datetime_tz(const vqtime *value, char *text)
 template <writer write> int32_t to_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     const vqtime *from = elements<vqtime>(src);
-    alignas(scratch_alignment) char text[text_room];
+    alignas(scratch_alignment) char text[BCAST_TEXT_ROOM];
     alignas(scratch_alignment) nstr working;
     set_up(working);
 
@@ -100,7 +98,7 @@ int32_t bcast_datetime_to_varchar_ex(void *env, void *heap, const bdta3_col *src
                                      uint16_t rows)
 {
     const vqtime *from = elements<vqtime>(src);
-    alignas(scratch_alignment) char text[text_room];
+    alignas(scratch_alignment) char text[BCAST_TEXT_ROOM];
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
