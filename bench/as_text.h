@@ -32,7 +32,7 @@ inline std::string as_text(const xdec &value)
 inline std::string as_text(const vqtime &value)
 {
     vqdt_decoded decoded;
-    char text[504];
+    char text[BCAST_TEXT_ROOM];
     vqdt_encode_fast(&value, &decoded);
     vqdt_to_char(&decoded, text, 0);
     return text;

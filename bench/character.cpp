@@ -12,7 +12,7 @@ namespace {
 
 using namespace bench;
 
-constexpr int32_t dec_18_4 = 18 << 8 | 4;
+constexpr int32_t dec_18_4 = BCAST_DEC_SHAPE(18, 4);
 
 // So many random digits, none of the first a zero.
 char *digits(std::mt19937_64 &random, char *to, uint64_t count)

@@ -146,7 +146,7 @@ void cast_to_int_capturing(const batch &b)
     must_succeed(bcast_varchar_to_int(nullptr, b.heap, b.src, b.dst, b.rows, b.err_codes, b.err_count));
 }
 
-constexpr int32_t dec_18_4 = 18 << 8 | 4;
+constexpr int32_t dec_18_4 = BCAST_DEC_SHAPE(18, 4);
 
 void add_batches()
 {

@@ -9,7 +9,7 @@ namespace {
 
 using namespace bench;
 
-constexpr int32_t dec_18_4 = 18 << 8 | 4;
+constexpr int32_t dec_18_4 = BCAST_DEC_SHAPE(18, 4);
 
 auto int64_values()
 {
@@ -53,12 +53,13 @@ template <class From, class To, class Convert> auto convert_each(Convert convert
     };
 }
 
-// `write(value, text)` writes the text of a present row's value, which has room for 504 bytes, and gives its length.
+// `write(value, text)` writes the text of a present row's value, which has room for BCAST_TEXT_ROOM bytes, and gives
+// its length.
 template <class From, class Write> auto write_each(Write write)
 {
     return [write](const batch &b) {
         each_present<From>(b, [&](const From &value, int32_t row) {
-            char text[504];
+            char text[BCAST_TEXT_ROOM];
             const int32_t len = write(value, text);
             bdta3_col_assign_str(nullptr, b.heap, b.dst, row, text, len, 0);
         });
@@ -70,7 +71,7 @@ template <class From, class Write> auto write_each_large_object(Write write)
     return [write](const batch &b) {
         large_object object;
         each_present<From>(b, [&](const From &value, int32_t row) {
-            char text[504];
+            char text[BCAST_TEXT_ROOM];
             const int32_t len = write(value, text);
             object.store(b, row, text, len);
             object.clear(b);
@@ -102,7 +103,7 @@ constexpr auto to_int64 = [](double value) {
 constexpr auto to_int = [](double value, int32_t &to) { to = int32_t(to_int64(value)); };
 
 const bool added = [] {
-    add_beside_bare("int64_to_dec", BCAST_DEC, int64_values, stopping(bcast_int64_to_dec, 18 << 8),
+    add_beside_bare("int64_to_dec", BCAST_DEC, int64_values, stopping(bcast_int64_to_dec, BCAST_DEC_SHAPE(18, 0)),
                     convert_each<int64_t, xdec>([](int64_t value, xdec &to) {
                         must_succeed(xdec_from_int64_with_len_prec(value, 18, 0, &to));
                     }));
@@ -112,7 +113,7 @@ const bool added = [] {
         stopping(bcast_int_to_dec, dec_18_4), convert_each<int32_t, xdec>([](int32_t value, xdec &to) {
             must_succeed(xdec_from_int64_with_len_prec(value, 18, 4, &to));
         }));
-    add_beside_bare("dec_to_dec", BCAST_DEC, decimals, stopping(bcast_dec_to_dec, 20 << 8 | 2),
+    add_beside_bare("dec_to_dec", BCAST_DEC, decimals, stopping(bcast_dec_to_dec, BCAST_DEC_SHAPE(20, 2)),
                     convert_each<xdec, xdec>([](const xdec &value, xdec &to) {
                         must_succeed(xdec_from_xdec_with_len_prec(&value, 20, 2, &to));
                     }));
@@ -134,7 +135,8 @@ const bool added = [] {
                         to = float(number);
                     }));
     add_beside_bare("dec(18,4)_to_varchar", BCAST_VARCHAR, decimals,
-                    stopping(bcast_dec_to_varchar, dec_18_4 << 16 | 20), write_each<xdec>(write_decimal<18, 4>));
+                    stopping(bcast_dec_to_varchar, BCAST_DEC_TEXT_LENGTH(20, dec_18_4)),
+                    write_each<xdec>(write_decimal<18, 4>));
     add_beside_bare("dec_to_text", BCAST_TEXT, decimals, stopping(bcast_dec_to_text),
                     write_each_large_object<xdec>(write_decimal<0, 0>));
 
@@ -168,7 +170,7 @@ const bool added = [] {
                         must_succeed(ntype_is_double_overflow(value));
                         to = value != 0;
                     }));
-    add_beside_bare("double_to_dec", BCAST_DEC, doubles, stopping(bcast_double_to_dec, 20 << 8 | 4),
+    add_beside_bare("double_to_dec", BCAST_DEC, doubles, stopping(bcast_double_to_dec, BCAST_DEC_SHAPE(20, 4)),
                     convert_each<double, xdec>([](double value, xdec &to) {
                         must_succeed(ntype_is_double_overflow(value));
                         must_succeed(xdec_from_double_with_len_prec(value, 20, 4, &to));
@@ -182,7 +184,7 @@ const bool added = [] {
                         must_succeed(ntype_is_lint64_overflow(value));
                         to = int64_t(value);
                     }));
-    add_beside_bare("float_to_dec", BCAST_DEC, floats, stopping(bcast_float_to_dec, 20 << 8 | 4),
+    add_beside_bare("float_to_dec", BCAST_DEC, floats, stopping(bcast_float_to_dec, BCAST_DEC_SHAPE(20, 4)),
                     convert_each<float, xdec>([](float value, xdec &to) {
                         must_succeed(xdec_from_double_with_len_prec(value, 20, 4, &to));
                     }));

@@ -129,7 +129,7 @@ template <writer write> void write_large_objects(const batch &b)
 {
     large_object object;
     each_present<vqtime>(b, [&](const vqtime &value, int32_t row) {
-        char text[504];
+        char text[BCAST_TEXT_ROOM];
         write(value, text);
         object.store(b, row, text, int32_t(std::strlen(text)));
         object.clear(b);
@@ -184,9 +184,10 @@ template <class Int, int32_t (*read)(int64_t, vqtime *)> void read_numbers(const
     each_present<Int>(b, [&](Int value, int32_t row) { must_succeed(read(value, to + row)); });
 }
 
-// Shapes of intervals: a field code, nine digits of the leading field, six of the fraction.
-constexpr uint16_t shape_of(int field) { return uint16_t(field << 8 | 0x96); }
-constexpr uint16_t year_to_month = shape_of(1), day_to_second = shape_of(6), seconds = shape_of(IV_SECOND);
+// Nine digits of the leading field, six of the fraction.
+constexpr uint16_t shape_of(bcast_interval_shape shape) { return BCAST_IV_WORD(shape, 9, 6); }
+constexpr uint16_t year_to_month = shape_of(IV_YEAR_TO_MONTH), day_to_second = shape_of(IV_DAY_TO_SECOND),
+                   seconds = shape_of(IV_SECOND);
 
 source<bdta3_str> month_texts()
 {
@@ -236,7 +237,7 @@ template <class Interval, int32_t (*write)(const Interval *, char *, uint16_t), 
 void write_intervals(const batch &b)
 {
     each_present<Interval>(b, [&](const Interval &value, int32_t row) {
-        char text[504];
+        char text[BCAST_TEXT_ROOM];
         write(&value, text, word);
         bdta3_col_assign_str(nullptr, b.heap, b.dst, row, text, int32_t(std::strlen(text)), 0);
     });
@@ -297,7 +298,7 @@ void add_texts()
     add_beside_bare("datetime_to_varchar_ex", BCAST_VARCHAR, datetimes, stopping(bcast_datetime_to_varchar_ex, 32),
                     [](const batch &b) {
                         each_present<vqtime>(b, [&](const vqtime &value, int32_t row) {
-                            char text[504];
+                            char text[BCAST_TEXT_ROOM];
                             write_datetime(value, text);
                             bdta3_col_assign_str(nullptr, b.heap, b.dst, row, text, int32_t(std::strlen(text)), 0);
                         });

@@ -23,15 +23,16 @@ struct comparison {
     std::uint16_t code; // as the casts have it
 };
 
-constexpr comparison equal = {"=", '='};
-constexpr comparison unequal = {"<>", 0x3f8};
-constexpr comparison less = {"<", '<'};
-constexpr comparison less_or_equal = {"<=", 0x3f5};
-constexpr std::array<comparison, 6> comparisons = {less, less_or_equal, equal, unequal, {">=", 0x3f6}, {">", '>'}};
+constexpr auto comparisons = std::to_array<comparison>({{"<", BCAST_OP_LESS},
+                                                        {"<=", BCAST_OP_LESS_EQUAL},
+                                                        {"=", BCAST_OP_EQUAL},
+                                                        {"<>", BCAST_OP_UNEQUAL},
+                                                        {">=", BCAST_OP_GREATER_EQUAL},
+                                                        {">", BCAST_OP_GREATER}});
 
 const comparison &comparison_of(const std::string &op)
 {
-    const auto found = std::ranges::find(comparisons, op == "!=" ? unequal.op : op, &comparison::op);
+    const auto found = std::ranges::find(comparisons, op == "!=" ? "<>" : op, &comparison::op);
     if (found == comparisons.end())
         throw tool_error("OP " + in_quotes(op) + ": expected one of <, <=, =, <> (or !=), >=, >");
     return *found;
@@ -43,9 +44,6 @@ struct parsed {
     std::int32_t verdict = 0;
     std::int64_t integer = 0; // where there is no verdict
 };
-
-// The verdicts: there is an integer; the literal lies below every integer; above, or it equals none.
-enum verdicts : std::int32_t { none = INT32_MIN, below = 5, above = 6 };
 
 template <class Function, class Int>
 parsed parse_with(const char *name, const std::string &literal, const comparison &compared)
@@ -79,15 +77,15 @@ std::string meaning(const parsed &result, const comparison &compared, const comp
 {
     const std::string shown = "x " + std::string(compared.op) + " ";
     const std::string asked = shown + plain_or_in_quotes(options.literal) + " is ";
-    if (result.verdict == none)
+    if (result.verdict == VERDICT_NONE)
         return asked + shown + std::to_string(result.integer);
-    if (compared.code == equal.code)
+    if (compared.code == BCAST_OP_EQUAL)
         return "equal to no " + options.type + ": " + asked + "true for no row";
-    if (compared.code == unequal.code)
+    if (compared.code == BCAST_OP_UNEQUAL)
         return "equal to no " + options.type + ": " + asked + "true for every row";
-    const bool wants_less = compared.code == less.code || compared.code == less_or_equal.code;
-    return (result.verdict == above ? "above every " : "below every ") + options.type + ": " + asked +
-           (wants_less == (result.verdict == above) ? "true for every row" : "true for no row");
+    const bool wants_less = compared.code == BCAST_OP_LESS || compared.code == BCAST_OP_LESS_EQUAL;
+    return (result.verdict == VERDICT_ABOVE ? "above every " : "below every ") + options.type + ": " + asked +
+           (wants_less == (result.verdict == VERDICT_ABOVE) ? "true for every row" : "true for no row");
 }
 
 } // namespace

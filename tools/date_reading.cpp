@@ -10,6 +10,7 @@ namespace bcast::tool {
 
 namespace {
 
+// By their bcast_date_order.
 constexpr auto orders = std::to_array<std::string_view>({"ymd", "dmy", "mdy"});
 constexpr int farthest_zone = 14 * 60;
 

@@ -1,6 +1,8 @@
 // How texts become dates and times.
 #pragma once
 
+#include <bcast/embedded.h>
+
 #include <cstdint>
 #include <string>
 
@@ -8,7 +10,7 @@ namespace bcast::tool {
 
 // As the casts have it.
 struct date_reading {
-    std::uint16_t order = 0;     // of year, month and day
+    std::uint16_t order = BCAST_YEAR_FIRST;
     std::int16_t local_zone = 0; // in minutes east of Greenwich
 };
 

@@ -2,6 +2,8 @@
 
 #include "errors.h"
 
+#include <bcast/values.h>
+
 #include <algorithm>
 #include <array>
 
@@ -11,19 +13,19 @@ namespace {
 
 constexpr std::string_view keyword = "interval";
 
-// By field code. The first three are of years and months.
+// By their bcast_interval_shape.
 constexpr auto shapes = std::to_array<std::string_view>({"year", "year to month", "month", "day", "day to hour",
                                                          "day to minute", "day to second", "hour", "hour to minute",
                                                          "hour to second", "minute", "minute to second", "second"});
-constexpr std::size_t year_month_shapes = 3;
+static_assert(shapes.size() == IV_SECOND + 1);
 
 constexpr std::int32_t most_leading_digits = 9;
 
-std::size_t field_code(const std::string &shape)
+int shape_code(const std::string &shape)
 {
     const auto found = std::ranges::find(shapes, shape);
     if (found != shapes.end())
-        return std::size_t(found - shapes.begin());
+        return int(found - shapes.begin());
     std::string list;
     for (const std::string_view each : shapes)
         list += (list.empty() ? "" : ", ") + std::string(each);
@@ -80,12 +82,12 @@ type_name parse_fields(std::string_view text)
         written += described(last);
         take_last(last, &digits);
     }
-    const std::size_t code = field_code(shape);
+    const int code = shape_code(shape);
     if (digits.fraction > most_fraction_digits)
         throw tool_error("a second has from 0 to " + std::to_string(most_fraction_digits) + " digits behind the point");
-    return {.word = code < year_month_shapes ? "ivym" : "ivdt",
+    return {.word = code <= IV_MONTH ? "ivym" : "ivdt",
             .interval = std::string(keyword) + " " + written,
-            .iv_word = std::uint16_t(code << 8 | std::size_t(digits.leading) << 4 | std::size_t(digits.fraction))};
+            .iv_word = BCAST_IV_WORD(code, digits.leading, digits.fraction)};
 }
 
 } // namespace

@@ -307,10 +307,11 @@ bool has_length(bcast_type type) { return find_known(type)->takes == parameters:
 std::int32_t length_argument(const declared_type &source, const declared_type &target)
 {
     if (target.type == BCAST_DEC)
-        return target.length << 8 | target.prec;
+        return BCAST_DEC_SHAPE(target.length, target.prec);
     const std::int32_t length = target.length > 0 ? target.length : find_known(target.type)->longest;
     // The text of a decimal has the digits that are declared.
-    return source.type == BCAST_DEC ? source.length << 24 | source.prec << 16 | length : length;
+    return source.type == BCAST_DEC ? BCAST_DEC_TEXT_LENGTH(length, BCAST_DEC_SHAPE(source.length, source.prec))
+                                    : length;
 }
 
 cast_arguments arguments_between(const declared_type &source, const declared_type &target, const date_reading &reading)
