@@ -186,7 +186,7 @@ TEST(round_trip, finite_floats_and_doubles_read_back_from_their_text)
 
 TEST(round_trip, int64s_read_back_from_decimals)
 {
-    constexpr int32_t shape = 38 << 8 | 10;
+    constexpr int32_t shape = BCAST_DEC_SHAPE(38, 10);
     expect_round_trip(
         BCAST_INT64, BCAST_DEC, edges<int64_t>(),
         [](void *heap, bdta3_col *src, bdta3_col *dst, uint16_t rows) {

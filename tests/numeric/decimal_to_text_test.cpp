@@ -191,7 +191,7 @@ TEST_F(decimal_to_character, the_upper_half_of_length_is_the_shape)
 
 TEST_F(decimal_to_character, compat_mode_2_drops_the_shape)
 {
-    const settings set(2);
+    const settings set(BCAST_MODE_EMPTY_IS_NULL);
     for (const auto &[length, read] : words)
         expect_shape(length, no_shape);
     for (const int32_t length : words_without_shape)

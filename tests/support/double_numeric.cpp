@@ -14,8 +14,6 @@ namespace bcast::test {
 
 namespace {
 
-constexpr size_t room_of_double_text = 504;
-
 uint64_t hash_of(std::string_view bytes, uint64_t seed = 0)
 {
     uint64_t hash = 0xCBF29CE484222325 + seed;
@@ -178,7 +176,7 @@ int32_t dou2int64(double value, int64_t *out)
 int32_t vq_dou2char(int32_t kind, double value, char *buf)
 {
     services().record(formats_double(kind, value));
-    return write_text(image_of(value), buf, room_of_double_text);
+    return write_text(image_of(value), buf, BCAST_TEXT_ROOM);
 }
 
 int32_t xdec_from_int64_with_len_prec(int64_t value, int32_t len, int32_t prec, xdec *out)

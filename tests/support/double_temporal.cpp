@@ -14,8 +14,6 @@ namespace bcast::test {
 
 namespace {
 
-constexpr size_t room_of_text = 504;
-
 uint64_t scrambled(uint64_t number)
 {
     number ^= number >> 30;
@@ -78,12 +76,12 @@ int32_t write(service_call call, char *text)
     services().temporal.on_text();
     const service_call made = services().record(std::move(call));
     const int32_t status = services().result_for(made.service, made.bytes);
-    std::memset(text, status < 0 ? rubbish_byte : '9', room_of_text - 1);
-    text[room_of_text - 1] = '\0';
+    std::memset(text, status < 0 ? rubbish_byte : '9', BCAST_TEXT_ROOM - 1);
+    text[BCAST_TEXT_ROOM - 1] = '\0';
     if (status < 0)
         return 0;
     const std::string written = services().temporal.text_of(made.bytes);
-    std::memcpy(text, written.c_str(), std::min(written.size() + 1, room_of_text - 1));
+    std::memcpy(text, written.c_str(), std::min<size_t>(written.size() + 1, BCAST_TEXT_ROOM - 1));
     return status == 0 ? 1 : -status;
 }
 

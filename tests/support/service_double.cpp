@@ -238,9 +238,8 @@ int32_t service_double::parse(const char *text, int32_t length, int64_t *result)
 
 int32_t service_double::format(int32_t value, int32_t limit, char *buffer, int32_t *out_len)
 {
-    constexpr size_t room = 16;
     log_.push_back({.service = "str_from_int", .number = value, .length = limit});
-    std::memset(buffer, rubbish, room);
+    std::memset(buffer, rubbish, INT_TEXT_ROOM);
     *out_len = 0x7EAD;
     const auto spelling = spellings_.find(value);
     const std::string text = spelling == spellings_.end() ? std::to_string(value) : spelling->second;
@@ -249,7 +248,7 @@ int32_t service_double::format(int32_t value, int32_t limit, char *buffer, int32
         return status;
     if (status == 0 && static_cast<int64_t>(text.size()) > limit)
         return too_long_for_limit;
-    std::memset(buffer, '9', room); // digits behind the text, for a cast that looks for its end
+    std::memset(buffer, '9', size_t{INT_TEXT_ROOM}); // digits behind the text, for a cast that looks for its end
     std::memcpy(buffer, text.data(), text.size());
     *out_len = static_cast<int32_t>(text.size());
     return status;

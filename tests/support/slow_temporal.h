@@ -3,6 +3,7 @@
 #pragma once
 
 #include <bcast/codes.h>
+#include <bcast/embedded.h>
 #include <services/temporal.h>
 
 #include <chrono>
@@ -138,9 +139,9 @@ inline bool slow_read_date(std::string_view text, uint16_t parse_word, temporal_
         std::string_view picture, letters;
     };
     std::vector<form> forms = {{"9999-99-99", "YYYY-MM-DD"}, {"9999/99/99", "YYYY/MM/DD"}, {"99999999", "YYYYMMDD"}};
-    if (parse_word == 1)
+    if (parse_word == BCAST_DAY_FIRST)
         forms.insert(forms.end(), {{"99.99.9999", "DD.MM.YYYY"}, {"99/99/9999", "DD/MM/YYYY"}});
-    if (parse_word == 2)
+    if (parse_word == BCAST_MONTH_FIRST)
         forms.push_back({"99/99/9999", "MM/DD/YYYY"});
     for (const form &f : forms) {
         if (picture_of(text) != f.picture)
@@ -201,9 +202,10 @@ inline temporal_reading slow_read_value(std::string_view text, uint16_t parse_wo
     return reading_at(instant_of(reading) + std::chrono::microseconds(up), reading.zone).value_or(bad);
 }
 
-// What char_to_date_simple_with_alen has to give; with TYPE_DATE or TYPE_DATETIME, and parse_word 0,
+// What char_to_date_simple_with_alen has to give; with TYPE_DATE or TYPE_DATETIME, and the year first,
 // vqtime_from_char_ex2.
-inline temporal_reading slow_read_temporal(std::string_view text, uint16_t parse_word = 0, int32_t type = 0)
+inline temporal_reading slow_read_temporal(std::string_view text, uint16_t parse_word = BCAST_YEAR_FIRST,
+                                           int32_t type = 0)
 {
     const temporal_reading bad = failed_reading(ERR_BAD_DATETIME);
     const std::string blanks = picture_of(text);

@@ -10,7 +10,7 @@
 namespace bcast::test {
 namespace {
 
-constexpr int16_t usual_zone = 480;
+constexpr int16_t usual_zone = TZ_NO_SHIFT;
 
 enum class parsing { of_a_copy, in_place };
 enum class moving { not_at_all, to_local_zone };
@@ -42,7 +42,7 @@ row_outcome read(const row_input &input, const reading &how)
     const auto element = input.as<bdta3_str>();
     if (element.length == 0)
         return {.turns_null = true};
-    if (how.parser == parsing::of_a_copy && static_cast<uint32_t>(element.length) >= 256)
+    if (how.parser == parsing::of_a_copy && static_cast<uint32_t>(element.length) >= BCAST_DATE_TEXT_LIMIT)
         return {.status = ERR_BAD_DATETIME};
     const service_call parse = parse_of(element, how);
     row_outcome outcome{.steps = {{parse, service_failure::passes_its_code}}, .behind_failure = carry_on};
@@ -54,7 +54,7 @@ row_outcome read(const row_input &input, const reading &how)
     if (how.move == moving::to_local_zone) {
         const int16_t zone = services().temporal.zone_of(record);
         outcome.steps.push_back({takes_zone(record)});
-        if (zone != 480) {
+        if (zone != TZ_NO_SHIFT) {
             const service_call shift = shifts(record, int64_t{how.arguments.local_tz} - zone);
             outcome.steps.push_back({shift, service_failure::is_not_looked_at});
             record = made_by(shift);
@@ -297,13 +297,15 @@ void tell_zone(const row_cast &c, const std::string &element, int16_t zone)
     services().temporal.zones[made_by(parse_of(text, how))] = zone;
 }
 
-TEST(text_to_local_zone, a_value_is_moved_unless_its_own_zone_is_480)
+TEST(text_to_local_zone, a_value_is_moved_unless_its_own_zone_is_that_of_no_shift)
 {
     const std::string element = text_element("2024-03-01 12:00");
-    for (const int16_t local : std::initializer_list<int16_t>{0, 480, -480, 60, 840, INT16_MAX, INT16_MIN}) {
+    for (const int16_t local :
+         std::initializer_list<int16_t>{0, TZ_NO_SHIFT, -TZ_NO_SHIFT, 60, 840, INT16_MAX, INT16_MIN}) {
         for (const row_cast &c :
              {char_to_local_zone({.local_tz = local}), varchar_to_local_zone({.local_tz = local})}) {
-            for (const int zone : {480, 479, 481, -480, 0, 60, -1, 840, -720, 32767, -32768, local + 0}) {
+            for (const int zone : {TZ_NO_SHIFT + 0, TZ_NO_SHIFT - 1, TZ_NO_SHIFT + 1, -TZ_NO_SHIFT, 0, 60, -1, 840,
+                                   -720, 32767, -32768, local + 0}) {
                 SCOPED_TRACE("zone " + std::to_string(zone) + " to " + std::to_string(local));
                 services().reset();
                 tell_zone(c, element, static_cast<int16_t>(zone));
@@ -327,14 +329,14 @@ TEST(text_to_local_zone, a_shift_that_fails_is_no_failure)
 TEST(text_to_local_zone, by_hand)
 {
     const std::string element = text_element("20240301");
-    const row_cast c = varchar_to_local_zone({.local_tz = 480});
+    const row_cast c = varchar_to_local_zone({.local_tz = TZ_NO_SHIFT});
     services().reset();
     tell_zone(c, element, 60);
     source_column source(16, 1, few_setups().front());
     source.set_bytes(0, 1, element);
     target_column target(12, 1);
     EXPECT_EQ(bcast_varchar_to_timestamp_local_time_zone(env(), heap(), source.sealed(), target.column(), 1, nullptr,
-                                                         nullptr, 480),
+                                                         nullptr, TZ_NO_SHIFT),
               0);
     ASSERT_EQ(services().log().size(), 4U);
     EXPECT_EQ(services().log()[2].service, "vqtime_add_by_fmt");

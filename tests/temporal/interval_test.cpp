@@ -9,7 +9,11 @@
 namespace bcast::test {
 namespace {
 
-constexpr uint16_t word_of(int field, int precision = 0x26) { return static_cast<uint16_t>(field << 8 | precision); }
+// Of codes that are none, too.
+constexpr uint16_t word_of(int field, int leading = 2, int fraction = 6)
+{
+    return BCAST_IV_WORD(field, leading, fraction);
+}
 
 // What a number does to the one field that the word names; false if it names none.
 using fill = std::function<bool(const row_input &input, int field, void *interval)>;
@@ -44,7 +48,7 @@ void fill_and_validate(row_outcome &outcome, uint16_t word, const Fill &fill_fie
     outcome.steps.push_back({clears<Interval>()});
     Interval interval = {};
     interval.iv_word = word;
-    int32_t *const field = field_of(interval, word >> 8);
+    int32_t *const field = field_of(interval, bcast_iv_shape(word));
     if (!field) {
         outcome.status = ERR_INTERVAL_FIELD;
         return;
@@ -215,9 +219,9 @@ TEST(number_to_interval, a_number_goes_to_the_one_field_that_the_word_names)
 {
     start();
     for (int field = 0; field < 256; field++)
-        for (const int precision : {0, 0x26, 0xFF})
-            for (const row_cast &c : to_both(word_of(field, precision), word_of(field, precision))) {
-                SCOPED_TRACE("field " + std::to_string(field) + ", precision " + std::to_string(precision));
+        for (const int digits : {0, 3, 0xF})
+            for (const row_cast &c : to_both(word_of(field, digits, digits), word_of(field, digits, digits))) {
+                SCOPED_TRACE("field " + std::to_string(field) + ", digits " + std::to_string(digits));
                 expect_element(c, c.samples[4]);
             }
 }
@@ -225,7 +229,7 @@ TEST(number_to_interval, a_number_goes_to_the_one_field_that_the_word_names)
 TEST(number_to_interval, null_rows_report_no_bad_field)
 {
     start();
-    for (const row_cast &c : to_both(word_of(1), word_of(13))) {
+    for (const row_cast &c : to_both(word_of(IV_YEAR_TO_MONTH), word_of(IV_SECOND + 1))) {
         for (const setup &how : all_setups()) {
             expect_batch(c, how, sample_rows(c, {0, 0, 0, 0}));
             expect_batch(c, how, sample_rows(c, {0, 0, 5, 0, 1}));
@@ -236,7 +240,7 @@ TEST(number_to_interval, null_rows_report_no_bad_field)
 TEST(number_to_interval, an_overflow_comes_ahead_of_a_bad_field)
 {
     start();
-    for (const row_cast &c : to_both(word_of(1), word_of(13))) {
+    for (const row_cast &c : to_both(word_of(IV_YEAR_TO_MONTH), word_of(IV_SECOND + 1))) {
         const std::string name = c.name;
         if (name.find("int64") == std::string::npos && name.find("dec") == std::string::npos)
             continue;
@@ -277,7 +281,7 @@ TEST(number_to_interval, only_the_predicate_s_own_code_is_an_overflow)
 TEST(number_to_interval, a_decimal_needs_both_its_double_and_its_integer)
 {
     start();
-    for (const int field : {3, 7, 10, 12, 1}) {
+    for (const int field : {IV_DAY, IV_HOUR, IV_MINUTE, IV_SECOND, IV_YEAR_TO_MONTH}) {
         const row_cast c = to_ivdt(word_of(field)).back();
         for (const setup &how : few_setups())
             for (size_t failing = 0; failing < 2; failing++)

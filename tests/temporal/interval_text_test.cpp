@@ -6,7 +6,8 @@
 namespace bcast::test {
 namespace {
 
-constexpr uint16_t usual_word = 0x0126; // a shape of several fields, which a parser gets as any other
+constexpr uint16_t usual_word =
+    BCAST_IV_WORD(IV_YEAR_TO_MONTH, 2, 6); // of several fields: a parser gets it as any other
 
 // ---- Text to intervals -----------------------------------------------------------------
 
@@ -228,7 +229,7 @@ row_cast to_text(const char *name, bcast_scaled_text_fn *cast, padding pad, uint
         const std::string text = services().temporal.text_of(input.image);
         row_outcome outcome{.steps = {{writes_interval<Interval>(input.image, word), service_failure::is_to_char}}};
         const bool fits = text.size() <= length;
-        if (!fits && mode_of_test != 3) {
+        if (!fits && mode_of_test != BCAST_MODE_CUT_INTERVALS) {
             outcome.status = ERR_TARGET_TOO_SHORT;
             return outcome;
         }
@@ -302,7 +303,7 @@ INSTANTIATE_TEST_SUITE_P(casts, interval_to_text, testing::ValuesIn(to_text_rule
 TEST(interval_to_text_length, a_text_that_is_too_long_is_cut_in_one_mode_only)
 {
     services().reset();
-    for (const int32_t mode : {0, 1, 2, 3, 4, -3, 0x103}) {
+    for (const int32_t mode : {0, 1, 2, BCAST_MODE_CUT_INTERVALS + 0, 4, -3, 0x103}) {
         mode_of_test = mode;
         const settings with_mode(mode, 3);
         for (const size_t size : {0U, 1U, 9U, 10U, 11U, 255U, 256U, 502U, 503U}) {
@@ -344,9 +345,9 @@ TEST(interval_to_text_length, the_mode_is_read_where_a_text_is_too_long)
         services().temporal.texts[some_record(98, c.from_bytes())] = "123";
         services().temporal.on_text = [&] {
             if (++texts == 3)
-                bcast_dll_var_init(3, 0);
+                bcast_dll_var_init(BCAST_MODE_CUT_INTERVALS, 0);
         };
-        mode_of_test = 3; // the texts before the third fit
+        mode_of_test = BCAST_MODE_CUT_INTERVALS; // the texts before the third fit
         const std::string fitting = some_record(98, c.from_bytes());
         expect_batch(c, few_setups().front(), {{1, fitting}, {1, fitting}, {1, record}, {1, fitting}, {1, record}});
         mode_of_test = 0;

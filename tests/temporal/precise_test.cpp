@@ -98,20 +98,20 @@ std::vector<row_cast> wrappers(const temporal_arguments &t)
 {
     using enum zone_handling;
     return {
-        wrapper(NAMED(bcast_precise_datetime_to_datetime), dropped, 16, t),
-        wrapper(NAMED(bcast_precise_datetime_to_time), dropped, 15, t),
-        wrapper(NAMED(bcast_precise_time_to_datetime), dropped, 16, t),
-        wrapper(NAMED(bcast_precise_time_to_time), dropped, 15, t),
-        wrapper(NAMED(bcast_precise_datetime_tz_to_datetime), dropped, 16, t),
-        wrapper(NAMED(bcast_precise_datetime_tz_to_time), dropped, 15, t),
-        wrapper(NAMED(bcast_precise_time_tz_to_datetime), dropped, 16, t),
-        wrapper(NAMED(bcast_precise_time_tz_to_time), dropped, 15, t),
+        wrapper(NAMED(bcast_precise_datetime_to_datetime), dropped, TYPE_DATETIME, t),
+        wrapper(NAMED(bcast_precise_datetime_to_time), dropped, TYPE_TIME, t),
+        wrapper(NAMED(bcast_precise_time_to_datetime), dropped, TYPE_DATETIME, t),
+        wrapper(NAMED(bcast_precise_time_to_time), dropped, TYPE_TIME, t),
+        wrapper(NAMED(bcast_precise_datetime_tz_to_datetime), dropped, TYPE_DATETIME, t),
+        wrapper(NAMED(bcast_precise_datetime_tz_to_time), dropped, TYPE_TIME, t),
+        wrapper(NAMED(bcast_precise_time_tz_to_datetime), dropped, TYPE_DATETIME, t),
+        wrapper(NAMED(bcast_precise_time_tz_to_time), dropped, TYPE_TIME, t),
         wrapper(NAMED(bcast_precise_datetime_tz_to_datetime_tz), kept, 0, t),
         wrapper(NAMED(bcast_precise_time_tz_to_time_tz), kept, 0, t),
-        wrapper(NAMED(bcast_precise_datetime_to_datetime_tz), current_written, 23, t),
-        wrapper(NAMED(bcast_precise_datetime_to_time_tz), current_written, 22, t),
-        wrapper(NAMED(bcast_precise_time_to_datetime_tz), current_written, 23, t),
-        wrapper(NAMED(bcast_precise_time_to_time_tz), current_written, 22, t),
+        wrapper(NAMED(bcast_precise_datetime_to_datetime_tz), current_written, TYPE_DATETIME_TZ, t),
+        wrapper(NAMED(bcast_precise_datetime_to_time_tz), current_written, TYPE_TIME_TZ, t),
+        wrapper(NAMED(bcast_precise_time_to_datetime_tz), current_written, TYPE_DATETIME_TZ, t),
+        wrapper(NAMED(bcast_precise_time_to_time_tz), current_written, TYPE_TIME_TZ, t),
         wrapper(NAMED(bcast_precise_datetime_tz_to_tltz), shifted_to_current, 0, t),
         wrapper(NAMED(bcast_precise_time_tz_to_tltz), shifted_to_current, 0, t),
     };
@@ -218,7 +218,8 @@ TEST(precise_scale, rounding_needs_the_flag_and_fewer_digits_than_the_source_has
 TEST(precise_type, goes_to_the_reset_as_it_is)
 {
     services().reset();
-    for (const uint8_t type : std::initializer_list<uint8_t>{0, 14, 15, 16, 22, 23, 127, 128, 255}) {
+    for (const uint8_t type : std::initializer_list<uint8_t>{0, TYPE_DATE, TYPE_TIME, TYPE_DATETIME, TYPE_TIME_TZ,
+                                                             TYPE_DATETIME_TZ, 127, 128, 255}) {
         for (temporal_arguments t : {rounding, not_rounding}) {
             t.type_code = type;
             expect_element(rule_of(bodies[0], t), some_record(99));
@@ -231,8 +232,10 @@ TEST(precise_type, goes_to_the_reset_as_it_is)
 
 TEST(precise_zone, current_zone_is_written_unsigned_and_shifted_to_signed)
 {
-    for (const uint16_t current : std::initializer_list<uint16_t>{0, 60, 480, 840, 0x7FFF, 0x8000, 0xFD30, 0xFFFF}) {
-        for (const int zone : {0, 60, 480, -480, 840, 32767, -32768, static_cast<int>(static_cast<int16_t>(current))}) {
+    for (const uint16_t current :
+         std::initializer_list<uint16_t>{0, 60, TZ_NO_SHIFT, 840, 0x7FFF, 0x8000, 0xFD30, 0xFFFF}) {
+        for (const int zone : {0, 60, TZ_NO_SHIFT + 0, -TZ_NO_SHIFT, 840, 32767, -32768,
+                               static_cast<int>(static_cast<int16_t>(current))}) {
             for (const temporal_arguments &t : {rounding, not_rounding}) {
                 SCOPED_TRACE("zone " + std::to_string(zone) + ", current " + std::to_string(current));
                 services().reset();
@@ -245,14 +248,14 @@ TEST(precise_zone, current_zone_is_written_unsigned_and_shifted_to_signed)
     }
 }
 
-TEST(precise_zone, a_value_at_480_is_shifted_as_any_other)
+TEST(precise_zone, a_value_in_a_zone_of_no_shift_is_shifted_as_any_other)
 {
     services().reset();
     guarded<uint16_t> zone(1);
     zone[0] = 60;
     source_column source(12, 1, few_setups().front());
     source.set_bytes(0, 1, some_record(5));
-    services().temporal.zones[some_record(5)] = 480;
+    services().temporal.zones[some_record(5)] = TZ_NO_SHIFT;
     target_column target(12, 1);
     EXPECT_EQ(bcast_precise_datetime_tz_to_tltz(env(), zone.data(), source.sealed(), target.column(), 1, 0, 6, 0, 6,
                                                 nullptr, nullptr),

@@ -11,16 +11,8 @@
 
 namespace {
 
-// The codes of several fields.
-constexpr int year_to_month = 1;
-constexpr int day_to_hour = 4, day_to_minute = 5, day_to_second = 6;
-constexpr int hour_to_minute = 8, hour_to_second = 9;
-constexpr int minute_to_second = 11;
-
-uint16_t word(int code, int leading = 0, int fraction = 6)
-{
-    return static_cast<uint16_t>(code << 8 | leading << 4 | fraction);
-}
+// Of codes that are none, too.
+uint16_t word(int code, int leading = 0, int fraction = 6) { return BCAST_IV_WORD(code, leading, fraction); }
 
 ivdt dt(int32_t day, int32_t hour, int32_t minute, int32_t second, int32_t fraction, uint32_t iv_word)
 {
@@ -52,13 +44,13 @@ int32_t read(const std::string &text, ivdt *to, uint16_t shape)
 
 std::string written(const ivym &v, uint16_t shape)
 {
-    char text[504];
+    char text[BCAST_TEXT_ROOM];
     const int32_t len = vq_interval_ym_to_char(&v, text, shape);
     return len == 0 ? "no text" : std::string(text);
 }
 std::string written(const ivdt &v, uint16_t shape)
 {
-    char text[504];
+    char text[BCAST_TEXT_ROOM];
     const int32_t len = vq_interval_dt_to_char(&v, text, shape);
     return len == 0 ? "no text" : std::string(text);
 }
@@ -87,7 +79,7 @@ void expect_refused(const std::string &text, uint16_t shape, int32_t code, const
 
 TEST(interval_text, year_to_month_reads_both_fields_with_one_sign)
 {
-    const uint16_t shape = word(year_to_month);
+    const uint16_t shape = word(IV_YEAR_TO_MONTH);
     expect_ym("3-11", shape, 3, 11);
     expect_ym("-3-11", shape, -3, -11);
     expect_ym("+0-1", shape, 0, 1);
@@ -100,14 +92,14 @@ TEST(interval_text, year_to_month_reads_both_fields_with_one_sign)
 
 TEST(interval_text, a_lone_number_is_the_leading_field_in_every_shape)
 {
-    for (const int code : {int{IV_YEAR}, year_to_month})
+    for (const int code : {IV_YEAR, IV_YEAR_TO_MONTH})
         expect_ym("7", word(code), 7, 0);
     expect_ym("7", word(IV_MONTH), 0, 7);
-    for (const int code : {int{IV_DAY}, int{day_to_hour}, int{day_to_minute}, int{day_to_second}})
+    for (const int code : {IV_DAY, IV_DAY_TO_HOUR, IV_DAY_TO_MINUTE, IV_DAY_TO_SECOND})
         expect_dt("-7", dt(-7, 0, 0, 0, 0, word(code)));
-    for (const int code : {int{IV_HOUR}, int{hour_to_minute}, int{hour_to_second}})
+    for (const int code : {IV_HOUR, IV_HOUR_TO_MINUTE, IV_HOUR_TO_SECOND})
         expect_dt("7", dt(0, 7, 0, 0, 0, word(code)));
-    for (const int code : {int{IV_MINUTE}, int{minute_to_second}})
+    for (const int code : {IV_MINUTE, IV_MINUTE_TO_SECOND})
         expect_dt("7", dt(0, 0, 7, 0, 0, word(code)));
     expect_dt("7", dt(0, 0, 0, 7, 0, word(IV_SECOND)));
     for (const int code : {3, 4, 5, 6, 7, 8, 9, 10, 11, 12})
@@ -117,20 +109,20 @@ TEST(interval_text, a_lone_number_is_the_leading_field_in_every_shape)
 TEST(interval_text, a_leading_field_is_not_bound_by_the_size_of_the_next_larger_one)
 {
     expect_ym("14", word(IV_MONTH), 0, 14);
-    expect_dt("25:00", dt(0, 25, 0, 0, 0, word(hour_to_minute)));
+    expect_dt("25:00", dt(0, 25, 0, 0, 0, word(IV_HOUR_TO_MINUTE)));
     expect_dt("61", dt(0, 0, 61, 0, 0, word(IV_MINUTE)));
     expect_dt("3661.5", dt(0, 0, 0, 3661, 500000, word(IV_SECOND)));
 }
 
 TEST(interval_text, every_day_to_second_shape_reads_its_fields)
 {
-    expect_dt("5 3", dt(5, 3, 0, 0, 0, word(day_to_hour)));
-    expect_dt("5 03:04", dt(5, 3, 4, 0, 0, word(day_to_minute)));
-    expect_dt("5 03:04:06", dt(5, 3, 4, 6, 0, word(day_to_second)));
-    expect_dt("-5 \t 23:59:59.25", dt(-5, -23, -59, -59, -250000, word(day_to_second)));
-    expect_dt("3:04", dt(0, 3, 4, 0, 0, word(hour_to_minute)));
-    expect_dt("3:4:5.000001", dt(0, 3, 4, 5, 1, word(hour_to_second)));
-    expect_dt("-04:05.", dt(0, 0, -4, -5, 0, word(minute_to_second)));
+    expect_dt("5 3", dt(5, 3, 0, 0, 0, word(IV_DAY_TO_HOUR)));
+    expect_dt("5 03:04", dt(5, 3, 4, 0, 0, word(IV_DAY_TO_MINUTE)));
+    expect_dt("5 03:04:06", dt(5, 3, 4, 6, 0, word(IV_DAY_TO_SECOND)));
+    expect_dt("-5 \t 23:59:59.25", dt(-5, -23, -59, -59, -250000, word(IV_DAY_TO_SECOND)));
+    expect_dt("3:04", dt(0, 3, 4, 0, 0, word(IV_HOUR_TO_MINUTE)));
+    expect_dt("3:4:5.000001", dt(0, 3, 4, 5, 1, word(IV_HOUR_TO_SECOND)));
+    expect_dt("-04:05.", dt(0, 0, -4, -5, 0, word(IV_MINUTE_TO_SECOND)));
     expect_dt("5.999999", dt(0, 0, 0, 5, 999999, word(IV_SECOND)));
 }
 
@@ -149,17 +141,17 @@ TEST(interval_text, a_fraction_is_rounded_to_its_precision_with_ties_away_from_z
 
 TEST(interval_text, a_carry_goes_up_to_the_leading_field_and_may_be_too_large_for_it)
 {
-    expect_dt("4 23:59:59.9999995", dt(5, 0, 0, 0, 0, word(day_to_second)));
-    expect_dt("-23:59:59.95", dt(0, -24, 0, 0, 0, word(hour_to_second, 0, 1)));
+    expect_dt("4 23:59:59.9999995", dt(5, 0, 0, 0, 0, word(IV_DAY_TO_SECOND)));
+    expect_dt("-23:59:59.95", dt(0, -24, 0, 0, 0, word(IV_HOUR_TO_SECOND, 0, 1)));
     expect_refused("99.95", word(IV_SECOND, 2, 1), ERR_OVERFLOW, rubbish_dt);
-    expect_refused("9 23:59:59.9", word(day_to_second, 1, 0), ERR_OVERFLOW, rubbish_dt);
+    expect_refused("9 23:59:59.9", word(IV_DAY_TO_SECOND, 1, 0), ERR_OVERFLOW, rubbish_dt);
 }
 
 TEST(interval_text, the_leading_field_has_at_most_its_precision_of_digits)
 {
     for (int digits = 1; digits <= 9; digits++) {
         const std::string nines(static_cast<size_t>(digits), '9');
-        for (const int code : {int{IV_YEAR}, year_to_month, int{IV_MONTH}}) {
+        for (const int code : {IV_YEAR, IV_YEAR_TO_MONTH, IV_MONTH}) {
             ivym got;
             EXPECT_EQ(read(nines, &got, word(code, digits)), 0) << nines;
             expect_refused("1" + std::string(static_cast<size_t>(digits), '0'), word(code, digits), ERR_OVERFLOW,
@@ -207,16 +199,16 @@ TEST(interval_text, other_text_is_refused)
                              "1e1",
                              "\xA0"
                              "1"})
-        expect_refused(text, word(year_to_month), ERR_BAD_INTERVAL, rubbish_ym);
+        expect_refused(text, word(IV_YEAR_TO_MONTH), ERR_BAD_INTERVAL, rubbish_ym);
     expect_refused("1-1", word(IV_YEAR), ERR_BAD_INTERVAL, rubbish_ym);
     expect_refused("1-1", word(IV_MONTH), ERR_BAD_INTERVAL, rubbish_ym);
     for (const char *text :
          {"", "1 24:00:00", "1 00:60:00", "1 00:00:60", "1 1", "1 1:1", "1 1:1:1:1", "1 1:1:1 1", "1:1:1",
           "1 1:1:", "1 :1:1", "1 1::1", "1 1:1:1.5x", "1 1:1:1.5.5", "1.5", "1 1.5:1:1", "1 001:1:1", "1 -1:1:1"})
-        expect_refused(text, word(day_to_second), ERR_BAD_INTERVAL, rubbish_dt);
-    expect_dt("1  ", dt(1, 0, 0, 0, 0, word(day_to_second)));
+        expect_refused(text, word(IV_DAY_TO_SECOND), ERR_BAD_INTERVAL, rubbish_dt);
+    expect_dt("1  ", dt(1, 0, 0, 0, 0, word(IV_DAY_TO_SECOND)));
     expect_refused("1.5", word(IV_DAY), ERR_BAD_INTERVAL, rubbish_dt);
-    expect_refused("1.5", word(minute_to_second), ERR_BAD_INTERVAL, rubbish_dt);
+    expect_refused("1.5", word(IV_MINUTE_TO_SECOND), ERR_BAD_INTERVAL, rubbish_dt);
 }
 
 TEST(interval_text, a_field_code_that_the_kind_lacks_is_refused)
@@ -235,17 +227,17 @@ TEST(interval_text, a_field_code_that_the_kind_lacks_is_refused)
 
 TEST(interval_text, text_is_written_in_the_shape_with_one_sign)
 {
-    EXPECT_EQ(written(ivym{3, 1, 0}, word(year_to_month)), "3-1");
-    EXPECT_EQ(written(ivym{-3, -11, 0}, word(year_to_month)), "-3-11");
-    EXPECT_EQ(written(ivym{0, 0, 0}, word(year_to_month)), "0-0");
-    EXPECT_EQ(written(ivym{0, -1, 0}, word(year_to_month)), "-0-1");
+    EXPECT_EQ(written(ivym{3, 1, 0}, word(IV_YEAR_TO_MONTH)), "3-1");
+    EXPECT_EQ(written(ivym{-3, -11, 0}, word(IV_YEAR_TO_MONTH)), "-3-11");
+    EXPECT_EQ(written(ivym{0, 0, 0}, word(IV_YEAR_TO_MONTH)), "0-0");
+    EXPECT_EQ(written(ivym{0, -1, 0}, word(IV_YEAR_TO_MONTH)), "-0-1");
     EXPECT_EQ(written(ivym{3, 2, 0}, word(IV_MONTH)), "38");
     EXPECT_EQ(written(ivym{3, 0, 0}, word(IV_YEAR)), "3");
-    EXPECT_EQ(written(dt(5, 3, 4, 6, 0, 0), word(day_to_second)), "5 03:04:06");
-    EXPECT_EQ(written(dt(-5, -3, -4, -6, -70, 0), word(day_to_second)), "-5 03:04:06.00007");
-    EXPECT_EQ(written(dt(5, 3, 0, 0, 0, 0), word(day_to_hour)), "5 03");
-    EXPECT_EQ(written(dt(5, 3, 4, 0, 0, 0), word(hour_to_minute)), "123:04");
-    EXPECT_EQ(written(dt(0, 0, 4, 6, 500000, 0), word(minute_to_second)), "4:06.5");
+    EXPECT_EQ(written(dt(5, 3, 4, 6, 0, 0), word(IV_DAY_TO_SECOND)), "5 03:04:06");
+    EXPECT_EQ(written(dt(-5, -3, -4, -6, -70, 0), word(IV_DAY_TO_SECOND)), "-5 03:04:06.00007");
+    EXPECT_EQ(written(dt(5, 3, 0, 0, 0, 0), word(IV_DAY_TO_HOUR)), "5 03");
+    EXPECT_EQ(written(dt(5, 3, 4, 0, 0, 0), word(IV_HOUR_TO_MINUTE)), "123:04");
+    EXPECT_EQ(written(dt(0, 0, 4, 6, 500000, 0), word(IV_MINUTE_TO_SECOND)), "4:06.5");
     EXPECT_EQ(written(dt(0, 0, 0, 0, -1, 0), word(IV_SECOND)), "-0.000001");
     EXPECT_EQ(written(dt(INT32_MAX, 0, 0, 0, 0, 0), word(IV_DAY)), "2147483647");
     EXPECT_EQ(written(dt(INT32_MIN, 0, 0, 0, 0, 0), word(IV_SECOND)), "-185542587187200");
@@ -255,7 +247,7 @@ TEST(interval_text, what_the_shape_cannot_show_has_no_text)
 {
     EXPECT_EQ(written(ivym{3, 1, 0}, word(IV_YEAR)), "no text");
     EXPECT_EQ(written(dt(5, 3, 0, 0, 0, 0), word(IV_DAY)), "no text");
-    EXPECT_EQ(written(dt(5, 3, 0, 0, 1, 0), word(day_to_minute)), "no text");
+    EXPECT_EQ(written(dt(5, 3, 0, 0, 1, 0), word(IV_DAY_TO_MINUTE)), "no text");
 }
 
 TEST(interval_text, random_intervals_read_back_as_they_were_written)
@@ -272,13 +264,15 @@ TEST(interval_text, random_intervals_read_back_as_they_were_written)
             const auto field = [&](int limit) {
                 return static_cast<int32_t>(random() % static_cast<uint32_t>(limit)) * (negative ? -1 : 1);
             };
-            if (code >= day_to_hour && code <= day_to_second)
+            if (code >= IV_DAY_TO_HOUR && code <= IV_DAY_TO_SECOND)
                 first.hour = field(24);
-            if (code == day_to_minute || code == day_to_second || code == hour_to_minute || code == hour_to_second)
+            if (code == IV_DAY_TO_MINUTE || code == IV_DAY_TO_SECOND || code == IV_HOUR_TO_MINUTE ||
+                code == IV_HOUR_TO_SECOND)
                 first.minute = field(60);
-            if (code == day_to_second || code == hour_to_second || code == minute_to_second)
+            if (code == IV_DAY_TO_SECOND || code == IV_HOUR_TO_SECOND || code == IV_MINUTE_TO_SECOND)
                 first.second = field(60);
-            if (code == day_to_second || code == hour_to_second || code == minute_to_second || code == IV_SECOND)
+            if (code == IV_DAY_TO_SECOND || code == IV_HOUR_TO_SECOND || code == IV_MINUTE_TO_SECOND ||
+                code == IV_SECOND)
                 first.fraction = field(1000000);
             const std::string written_text = written(first, word(code));
             ASSERT_EQ(read(written_text, &again, word(code)), 0) << written_text;
@@ -286,7 +280,7 @@ TEST(interval_text, random_intervals_read_back_as_they_were_written)
         }
     }
     for (int months = -3000; months <= 3000; months++) {
-        for (const int code : {year_to_month, int{IV_MONTH}}) {
+        for (const int code : {IV_YEAR_TO_MONTH, IV_MONTH}) {
             ivym v{code == IV_MONTH ? 0 : months / 12, code == IV_MONTH ? months : months % 12, word(code)}, again;
             ASSERT_EQ(read(written(v, word(code)), &again, word(code)), 0) << months;
             ASSERT_EQ(shown(again), shown(v)) << months;
@@ -296,21 +290,21 @@ TEST(interval_text, random_intervals_read_back_as_they_were_written)
 
 TEST(interval_validate, carries_up_to_the_leading_field_and_keeps_the_fraction)
 {
-    ivdt v = dt(1, 23, 59, 3661, 1500000, word(day_to_second, 0, 0));
-    ASSERT_EQ(interval_dt_validate(&v, word(day_to_second, 0, 0)), 0);
-    EXPECT_EQ(shown(v), shown(dt(2, 1, 0, 2, 500000, word(day_to_second, 0, 0))));
+    ivdt v = dt(1, 23, 59, 3661, 1500000, word(IV_DAY_TO_SECOND, 0, 0));
+    ASSERT_EQ(interval_dt_validate(&v, word(IV_DAY_TO_SECOND, 0, 0)), 0);
+    EXPECT_EQ(shown(v), shown(dt(2, 1, 0, 2, 500000, word(IV_DAY_TO_SECOND, 0, 0))));
     v = dt(0, 0, 0, 90061, 5, word(IV_SECOND, 0, 0));
     ASSERT_EQ(interval_dt_validate(&v, word(IV_SECOND, 0, 0)), 0);
     EXPECT_EQ(shown(v), shown(dt(0, 0, 0, 90061, 5, word(IV_SECOND, 0, 0))));
     v = dt(0, 0, 0, -294, -967296, word(IV_SECOND));
     ASSERT_EQ(interval_dt_validate(&v, word(IV_SECOND)), 0);
     EXPECT_EQ(shown(v), shown(dt(0, 0, 0, -294, -967296, word(IV_SECOND))));
-    v = dt(0, 1, -30, 0, 0, word(hour_to_minute));
-    ASSERT_EQ(interval_dt_validate(&v, word(hour_to_minute)), 0);
-    EXPECT_EQ(shown(v), shown(dt(0, 0, 30, 0, 0, word(hour_to_minute))));
-    ivym w = {1, 14, word(year_to_month)};
-    ASSERT_EQ(interval_ym_validate(&w, word(year_to_month)), 0);
-    EXPECT_EQ(shown(w), shown(ivym{2, 2, word(year_to_month)}));
+    v = dt(0, 1, -30, 0, 0, word(IV_HOUR_TO_MINUTE));
+    ASSERT_EQ(interval_dt_validate(&v, word(IV_HOUR_TO_MINUTE)), 0);
+    EXPECT_EQ(shown(v), shown(dt(0, 0, 30, 0, 0, word(IV_HOUR_TO_MINUTE))));
+    ivym w = {1, 14, word(IV_YEAR_TO_MONTH)};
+    ASSERT_EQ(interval_ym_validate(&w, word(IV_YEAR_TO_MONTH)), 0);
+    EXPECT_EQ(shown(w), shown(ivym{2, 2, word(IV_YEAR_TO_MONTH)}));
     w = {0, -14, word(IV_MONTH)};
     ASSERT_EQ(interval_ym_validate(&w, word(IV_MONTH)), 0);
     EXPECT_EQ(shown(w), shown(ivym{0, -14, word(IV_MONTH)}));
@@ -330,7 +324,7 @@ TEST(interval_validate, refuses_what_the_shape_has_no_place_for)
     refused(dt(1, 0, 0, 0, 0, 1), word(13), ERR_INTERVAL_FIELD);
     refused(dt(100, 0, 0, 0, 0, 1), word(IV_DAY, 2), ERR_OVERFLOW);
     refused(dt(-100, 0, 0, 0, 0, 1), word(IV_DAY, 2), ERR_OVERFLOW);
-    refused(dt(99, 24, 0, 0, 0, 1), word(day_to_hour, 2), ERR_OVERFLOW);
+    refused(dt(99, 24, 0, 0, 0, 1), word(IV_DAY_TO_HOUR, 2), ERR_OVERFLOW);
     refused(dt(INT32_MAX, 0, 0, 0, 0, 1), word(IV_DAY), ERR_OVERFLOW);
     ivym v = {100, 0, 1};
     EXPECT_EQ(interval_ym_validate(&v, word(IV_MONTH)), ERR_INTERVAL_FIELD);
@@ -347,15 +341,15 @@ TEST(interval_reshape, carries_higher_fields_down_and_cuts_lower_ones)
         const int32_t status = cast_interval_dt(&result, &from, 1);
         return status == 0 ? shown(result) : std::to_string(status);
     };
-    const ivdt v = dt(2, 3, 4, 5, 678901, word(day_to_second));
+    const ivdt v = dt(2, 3, 4, 5, 678901, word(IV_DAY_TO_SECOND));
     EXPECT_EQ(reshaped(v, word(IV_DAY)), shown(dt(2, 0, 0, 0, 0, word(IV_DAY))));
-    EXPECT_EQ(reshaped(v, word(day_to_hour)), shown(dt(2, 3, 0, 0, 0, word(day_to_hour))));
+    EXPECT_EQ(reshaped(v, word(IV_DAY_TO_HOUR)), shown(dt(2, 3, 0, 0, 0, word(IV_DAY_TO_HOUR))));
     EXPECT_EQ(reshaped(v, word(IV_HOUR)), shown(dt(0, 51, 0, 0, 0, word(IV_HOUR))));
-    EXPECT_EQ(reshaped(v, word(hour_to_minute)), shown(dt(0, 51, 4, 0, 0, word(hour_to_minute))));
+    EXPECT_EQ(reshaped(v, word(IV_HOUR_TO_MINUTE)), shown(dt(0, 51, 4, 0, 0, word(IV_HOUR_TO_MINUTE))));
     EXPECT_EQ(reshaped(v, word(IV_MINUTE)), shown(dt(0, 0, 3064, 0, 0, word(IV_MINUTE))));
     EXPECT_EQ(reshaped(v, word(IV_SECOND)), shown(dt(0, 0, 0, 183845, 678901, word(IV_SECOND))));
-    EXPECT_EQ(reshaped(v, word(minute_to_second, 0, 2)),
-              shown(dt(0, 0, 3064, 5, 680000, word(minute_to_second, 0, 2))));
+    EXPECT_EQ(reshaped(v, word(IV_MINUTE_TO_SECOND, 0, 2)),
+              shown(dt(0, 0, 3064, 5, 680000, word(IV_MINUTE_TO_SECOND, 0, 2))));
     EXPECT_EQ(reshaped(v, word(IV_SECOND, 0, 0)), shown(dt(0, 0, 0, 183846, 0, word(IV_SECOND, 0, 0))));
     EXPECT_EQ(reshaped(v, word(IV_SECOND, 5)), std::to_string(ERR_OVERFLOW));
     EXPECT_EQ(reshaped(dt(-2, -23, -59, -59, -999999, 0), word(IV_DAY)), shown(dt(-2, 0, 0, 0, 0, word(IV_DAY))));
@@ -371,7 +365,7 @@ TEST(interval_reshape, carries_higher_fields_down_and_cuts_lower_ones)
     };
     EXPECT_EQ(reshaped_ym(ivym{3, 5, 0}, word(IV_MONTH)), shown(ivym{0, 41, word(IV_MONTH)}));
     EXPECT_EQ(reshaped_ym(ivym{-3, -5, 0}, word(IV_YEAR)), shown(ivym{-3, 0, word(IV_YEAR)}));
-    EXPECT_EQ(reshaped_ym(ivym{0, 41, 0}, word(year_to_month)), shown(ivym{3, 5, word(year_to_month)}));
+    EXPECT_EQ(reshaped_ym(ivym{0, 41, 0}, word(IV_YEAR_TO_MONTH)), shown(ivym{3, 5, word(IV_YEAR_TO_MONTH)}));
     EXPECT_EQ(reshaped_ym(ivym{100, 0, 0}, word(IV_YEAR, 2)), std::to_string(ERR_OVERFLOW));
 }
 

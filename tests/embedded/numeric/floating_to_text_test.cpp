@@ -20,10 +20,10 @@ std::string zeros(size_t count) { return std::string(count, '0'); }
 
 std::string text_of(int32_t kind, double value)
 {
-    char buf[504];
+    char buf[BCAST_TEXT_ROOM];
     const int32_t size = vq_dou2char(kind, value, buf);
     EXPECT_GT(size, 0) << value;
-    EXPECT_LE(size, 504) << value;
+    EXPECT_LE(size, BCAST_TEXT_ROOM) << value;
     return std::string(buf, static_cast<size_t>(size));
 }
 
@@ -231,7 +231,7 @@ TEST(vq_dou2char, writes_no_byte_behind_its_text_that_504_bytes_do_not_have)
 {
     for (const double value : {0.0, -1.7976931348623157e308, 5e-324, 1e14, -1.2345678901234567e-5, 123456789012345.6}) {
         for (const guard_edge edge : {guard_edge::end, guard_edge::start}) {
-            guarded<char> buf(504, edge);
+            guarded<char> buf(BCAST_TEXT_ROOM, edge);
             ASSERT_GT(vq_dou2char(BCAST_WAS_DOUBLE, value, buf.data()), 0);
             ASSERT_TRUE(buf.slack_untouched()) << value;
         }

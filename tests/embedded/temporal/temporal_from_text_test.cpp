@@ -18,7 +18,7 @@ struct text_case {
     temporal_reading expected;
 };
 
-void expect_all(const std::vector<text_case> &cases, uint16_t parse_word = 0)
+void expect_all(const std::vector<text_case> &cases, uint16_t parse_word = BCAST_YEAR_FIRST)
 {
     guarded_text guard;
     for (const text_case &c : cases) {
@@ -27,7 +27,7 @@ void expect_all(const std::vector<text_case> &cases, uint16_t parse_word = 0)
     }
 }
 
-void expect_bad(const std::vector<std::string> &texts, uint16_t parse_word = 0)
+void expect_bad(const std::vector<std::string> &texts, uint16_t parse_word = BCAST_YEAR_FIRST)
 {
     for (const std::string &text : texts)
         expect_all({{text, bad}}, parse_word);
@@ -99,7 +99,8 @@ const std::vector<std::string> good_texts = {
 
 TEST(temporal_from_text, reads_dates_with_the_year_first_under_every_order)
 {
-    for (const uint16_t order : std::initializer_list<uint16_t>{0, 1, 2, 3, 65535}) {
+    for (const uint16_t order :
+         std::initializer_list<uint16_t>{BCAST_YEAR_FIRST, BCAST_DAY_FIRST, BCAST_MONTH_FIRST, 3, 65535}) {
         expect_all({{"2023-07-14", on(2023, 7, 14)},
                     {"2023/07/14", on(2023, 7, 14)},
                     {"20230714", on(2023, 7, 14)},
@@ -116,8 +117,9 @@ TEST(temporal_from_text, reads_dates_with_the_day_first_when_told_so)
                 {"14/07/2023", on(2023, 7, 14)},
                 {"02/03/2023", on(2023, 3, 2)},
                 {"14.07.2023 12:34:56.5Z", in_zone(at(on(2023, 7, 14), 12, 34, 56, 500000), 0)}},
-               1);
-    expect_bad({"14-07-2023", "14.07/2023", "14/07.2023", "07/14/2023", "14072023", "14.07.23", "4.7.2023"}, 1);
+               BCAST_DAY_FIRST);
+    expect_bad({"14-07-2023", "14.07/2023", "14/07.2023", "07/14/2023", "14072023", "14.07.23", "4.7.2023"},
+               BCAST_DAY_FIRST);
 }
 
 TEST(temporal_from_text, reads_dates_with_the_month_first_when_told_so)
@@ -125,13 +127,13 @@ TEST(temporal_from_text, reads_dates_with_the_month_first_when_told_so)
     expect_all({{"07/14/2023", on(2023, 7, 14)},
                 {"02/03/2023", on(2023, 2, 3)},
                 {"07/14/2023T12:34", at(on(2023, 7, 14), 12, 34)}},
-               2);
-    expect_bad({"07.14.2023", "14/07/2023", "07-14-2023", "7/14/2023", "14.07.2023"}, 2);
+               BCAST_MONTH_FIRST);
+    expect_bad({"07.14.2023", "14/07/2023", "07-14-2023", "7/14/2023", "14.07.2023"}, BCAST_MONTH_FIRST);
 }
 
 TEST(temporal_from_text, other_orders_know_no_date_with_the_year_last)
 {
-    for (const uint16_t order : std::initializer_list<uint16_t>{0, 3, 256, 257, 65535})
+    for (const uint16_t order : std::initializer_list<uint16_t>{BCAST_YEAR_FIRST, 3, 256, 257, 65535})
         expect_bad({"14.07.2023", "14/07/2023", "07/14/2023", "01/01/2023", "01.01.2023"}, order);
 }
 
@@ -413,9 +415,10 @@ TEST(temporal_from_text, reads_every_day_in_every_form)
         bool year_last;
         uint16_t parse_word;
     };
-    const form forms[] = {{"%1$04d-%2$02d-%3$02d", false, 0}, {"%1$04d/%2$02d/%3$02d", false, 1},
-                          {"%1$04d%2$02d%3$02d", false, 2},   {"%3$02d.%2$02d.%1$04d", true, 1},
-                          {"%3$02d/%2$02d/%1$04d", true, 1},  {"%2$02d/%3$02d/%1$04d", true, 2}};
+    const form forms[] = {
+        {"%1$04d-%2$02d-%3$02d", false, BCAST_YEAR_FIRST}, {"%1$04d/%2$02d/%3$02d", false, BCAST_DAY_FIRST},
+        {"%1$04d%2$02d%3$02d", false, BCAST_MONTH_FIRST},  {"%3$02d.%2$02d.%1$04d", true, BCAST_DAY_FIRST},
+        {"%3$02d/%2$02d/%1$04d", true, BCAST_DAY_FIRST},   {"%2$02d/%3$02d/%1$04d", true, BCAST_MONTH_FIRST}};
     for_each_day([&](std::chrono::year_month_day date) {
         const temporal_reading expected = on(int(date.year()), int(unsigned(date.month())), int(unsigned(date.day())));
         for (const form &f : forms) {
@@ -440,7 +443,7 @@ TEST(temporal_from_text, refuses_every_day_that_the_calendar_lacks)
                 const temporal_reading expected = good ? on(year, month, day) : bad;
                 ASSERT_EQ(read_simple(iso), expected) << iso;
                 ASSERT_EQ(read_simple(compact), expected) << compact;
-                ASSERT_EQ(read_simple(last, 1), expected) << last;
+                ASSERT_EQ(read_simple(last, BCAST_DAY_FIRST), expected) << last;
             }
         }
     }

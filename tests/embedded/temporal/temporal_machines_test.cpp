@@ -14,7 +14,7 @@ using namespace embedded;
 
 namespace {
 
-temporal_reading read_any(std::string_view text, uint16_t order = year_first)
+temporal_reading read_any(std::string_view text, uint16_t order = BCAST_YEAR_FIRST)
 {
     temporal_text read;
     const int32_t status = read_temporal_text(text.data(), text.size(), order, &read);

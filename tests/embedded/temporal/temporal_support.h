@@ -69,7 +69,7 @@ inline temporal_reading read_typed(const char *text, std::size_t size, int32_t t
     return reading_or_status(status, value);
 }
 
-inline temporal_reading read_simple(std::string_view text, uint16_t parse_word = 0)
+inline temporal_reading read_simple(std::string_view text, uint16_t parse_word = BCAST_YEAR_FIRST)
 {
     return read_simple(text.data(), text.size(), parse_word);
 }
@@ -92,7 +92,7 @@ inline vqtime value_from(std::string_view text)
 inline std::string text_of_date(const vqtime &value)
 {
     vqdt_decoded decoded;
-    char text[504];
+    char text[BCAST_TEXT_ROOM];
     vqdt_date_encode_fast(&value, &decoded);
     EXPECT_NE(vq_date_to_char(&decoded, text), 0);
     return text;
@@ -101,7 +101,7 @@ inline std::string text_of_date(const vqtime &value)
 inline std::string text_of_time(const vqtime &value)
 {
     vqdt_decoded decoded;
-    char text[504];
+    char text[BCAST_TEXT_ROOM];
     vqdt_time_encode_fast(&value, &decoded);
     EXPECT_NE(vq_time_to_char(&decoded, text, 0), 0);
     return text;
@@ -110,7 +110,7 @@ inline std::string text_of_time(const vqtime &value)
 inline std::string text_of_datetime(const vqtime &value)
 {
     vqdt_decoded decoded;
-    char text[504];
+    char text[BCAST_TEXT_ROOM];
     vqdt_encode_fast(&value, &decoded);
     EXPECT_NE(vqdt_to_char(&decoded, text, 0), 0);
     return text;
@@ -118,7 +118,7 @@ inline std::string text_of_datetime(const vqtime &value)
 
 inline std::string text_with_zone(const vqtime &value, int32_t type, int32_t digits)
 {
-    char text[504];
+    char text[BCAST_TEXT_ROOM];
     EXPECT_NE(vqtime_tz_to_char(&value, type, digits, text), 0);
     return text;
 }

@@ -139,7 +139,7 @@ TEST(temporal_to_text, reads_the_record_and_writes_the_room_alone)
         value[0] = record_of(reading);
         value.make_read_only();
         guarded<vqdt_decoded> decoded(1, edge);
-        guarded<char> text(504, edge);
+        guarded<char> text(BCAST_TEXT_ROOM, edge);
         vqdt_encode_fast(value.data(), decoded.data());
         EXPECT_NE(vqdt_to_char(decoded.data(), text.data(), 0), 0);
         EXPECT_STREQ(text.data(), "2023-07-14 12:34:56.123456");
