@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstring>
 #include <functional>
+#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -53,6 +54,9 @@ std::vector<uint16_t> make_selection(const series &s);
 // times.
 using pass = std::function<void()>;
 void add(const series &s, const char *variant, std::function<pass()> make, uint32_t times = 1);
+
+// All that was added, by the benchmark's name.
+std::map<std::string, series> &all_added();
 
 // The source values of a cast as text, by the cast's name, for an engine that is measured beside it. The first
 // offer counts.

@@ -7,9 +7,6 @@
 
 namespace bench {
 
-// All that was added, by the benchmark's name.
-std::map<std::string, series> &all_added();
-
 // Prints a line for each series, and writes all to a file of comma-separated values unless its name is empty.
 class results : public benchmark::BenchmarkReporter {
 public:
