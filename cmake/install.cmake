@@ -1,4 +1,4 @@
-# cmake --install: headers, both libraries, the tool, a CMake package and a pkg-config file.
+# cmake --install: headers, both libraries, the tool, a CMake package, a pkg-config file and the licence.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/bcast)
@@ -7,6 +7,7 @@ install(TARGETS bcast bcast_embedded EXPORT bcast_targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY include/bcast DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY services DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/bcast FILES_MATCHING PATTERN "*.h")
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 if(BCAST_BUILD_TOOL)
   install(TARGETS bcast_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()

@@ -23,7 +23,8 @@ run(${CMAKE_COMMAND} --install ${build_dir} --prefix ${prefix})
 set(expected_files
   include/bcast/bcast.h include/bcast/embedded.h include/bcast/embedded.hpp include/bcast/services/column.h
   ${libdir}/libbcast.so ${libdir}/libbcast.so.1 ${libdir}/libbcast_embedded.so
-  ${libdir}/cmake/bcast/bcastConfig.cmake ${libdir}/pkgconfig/bcast.pc)
+  ${libdir}/cmake/bcast/bcastConfig.cmake ${libdir}/pkgconfig/bcast.pc
+  ${docdir}/LICENSE)
 if(with_tool)
   list(APPEND expected_files bin/bcast)
 endif()
