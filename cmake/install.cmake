@@ -3,7 +3,7 @@ include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/bcast)
 
-install(TARGETS bcast bcast_embedded EXPORT bcast_targets
+install(TARGETS bcast bcast_embedded bcast_with_services EXPORT bcast_targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY include/bcast DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY services DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/bcast FILES_MATCHING PATTERN "*.h")
