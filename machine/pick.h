@@ -82,10 +82,17 @@ template <class Body, class... Arguments> ALWAYS_INLINE auto at_best_level(Argum
 
 } // namespace machine
 
-// Defines `function` as body<level>, a function template over levels. The loader calls what chooses before anything
-// else in the library is ready: sanitizers may not add to it.
+// What the loader calls before anything else in the library is ready: sanitizers and a fuzzer's counters, which clang
+// alone has, may not add to it.
+#if defined(__clang__)
+#define BEFORE_ALL_ELSE __attribute__((no_sanitize("address", "thread", "undefined", "coverage")))
+#else
+#define BEFORE_ALL_ELSE __attribute__((no_sanitize("address", "thread", "undefined")))
+#endif
+
+// Defines `function` as body<level>, a function template over levels.
 #define PICKED_AT_LOAD(function, body)                                                                                 \
-    extern "C" __attribute__((no_sanitize("address", "thread", "undefined"))) decltype(&function) choose_##function()  \
+    extern "C" BEFORE_ALL_ELSE decltype(&function) choose_##function()                                                 \
     {                                                                                                                  \
         return machine::best_of<body<machine::level::any>, body<machine::level::avx2>,                                 \
                                 body<machine::level::avx512>>();                                                       \
