@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # need PACKAGE...: installs the Debian packages that are missing, or says which they are and ends the script.
 need() {
     local package missing=() as_root=()
