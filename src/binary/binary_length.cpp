@@ -39,7 +39,7 @@ private:
     using copies = machine::short_copies<level>;
 
     // Not cleared: a row writes what it stores; a length above is not tested for.
-    alignas(scratch_alignment) uint8_t pad_[NBIN_MAX];
+    scratch<uint8_t[NBIN_MAX]> pad_;
 };
 
 struct fill_rows {

@@ -37,50 +37,41 @@ auto decimal_reader(const bdta3_col *src, int32_t length, bdta3_col *dst)
     const decimal_shape shape(length);
     return [shape, from = elements<bdta3_str>(src), to = elements<xdec>(dst)](uint32_t r, uint32_t i) {
         int64_t value;
-        int32_t status = read_bytes(from[r], &value);
+        const int32_t status = read_bytes(from[r], &value);
         if (status < 0)
             return status;
-        alignas(scratch_alignment) xdec decimal;
-        status = xdec_from_int64_with_len_prec(value, shape.len, shape.prec, &decimal);
-        if (status >= 0)
-            store_decimal(decimal, to + i);
-        return status;
+        return make_decimal(
+            to + i, [&](xdec *out) { return xdec_from_int64_with_len_prec(value, shape.len, shape.prec, out); });
     };
-}
-
-template <class Failures, class Read>
-int32_t read_rows(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Failures failures, Read read)
-{
-    return copy_no_null_behind(src, dst, walk_present_rows(src, dst, rows, failures, read));
 }
 
 } // namespace
 
 int32_t bcast_binary_to_tinyint(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
-    return read_rows(src, dst, rows, stop{}, integer_reader<int8_t, int32_t>(src, dst));
+    return walk_then_copy_no_null(src, dst, rows, stop{}, integer_reader<int8_t, int32_t>(src, dst));
 }
 
 int32_t bcast_binary_to_smallint(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
-    return read_rows(src, dst, rows, stop{}, integer_reader<int16_t, int32_t>(src, dst));
+    return walk_then_copy_no_null(src, dst, rows, stop{}, integer_reader<int16_t, int32_t>(src, dst));
 }
 
 int32_t bcast_binary_to_int(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
-    return read_rows(src, dst, rows, stop{}, integer_reader<int32_t, int32_t>(src, dst));
+    return walk_then_copy_no_null(src, dst, rows, stop{}, integer_reader<int32_t, int32_t>(src, dst));
 }
 
 int32_t bcast_binary_to_int64(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
-    return read_rows(src, dst, rows, stop{}, integer_reader<int64_t, int64_t>(src, dst));
+    return walk_then_copy_no_null(src, dst, rows, stop{}, integer_reader<int64_t, int64_t>(src, dst));
 }
 
 int32_t bcast_binary_to_double(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     const bdta3_str *from = elements<bdta3_str>(src);
     double *to = elements<double>(dst);
-    return read_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+    return walk_then_copy_no_null(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
         int64_t value;
         const int32_t status = read_bytes(from[r], &value);
         if (status >= 0)
@@ -94,7 +85,7 @@ int32_t bcast_binary_to_float(void *, void *, const bdta3_col *src, bdta3_col *d
 {
     const bdta3_str *from = elements<bdta3_str>(src);
     float *to = elements<float>(dst);
-    return read_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+    return walk_then_copy_no_null(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
         int64_t value;
         int32_t status = read_bytes(from[r], &value);
         if (status < 0)
@@ -109,35 +100,39 @@ int32_t bcast_binary_to_float(void *, void *, const bdta3_col *src, bdta3_col *d
 
 int32_t bcast_binary_to_dec(void *, void *, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
 {
-    return read_rows(src, dst, rows, stop{}, decimal_reader(src, length, dst));
+    return walk_then_copy_no_null(src, dst, rows, stop{}, decimal_reader(src, length, dst));
 }
 
 int32_t bcast_varbinary_to_tinyint(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
                                    int32_t *err_codes, uint16_t *err_count)
 {
-    return read_rows(src, dst, rows, capture{err_codes, err_count}, integer_reader<int8_t, int32_t>(src, dst));
+    return walk_then_copy_no_null(src, dst, rows, capture{err_codes, err_count},
+                                  integer_reader<int8_t, int32_t>(src, dst));
 }
 
 int32_t bcast_varbinary_to_smallint(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
                                     int32_t *err_codes, uint16_t *err_count)
 {
-    return read_rows(src, dst, rows, capture{err_codes, err_count}, integer_reader<int16_t, int32_t>(src, dst));
+    return walk_then_copy_no_null(src, dst, rows, capture{err_codes, err_count},
+                                  integer_reader<int16_t, int32_t>(src, dst));
 }
 
 int32_t bcast_varbinary_to_int(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows, int32_t *err_codes,
                                uint16_t *err_count)
 {
-    return read_rows(src, dst, rows, capture{err_codes, err_count}, integer_reader<int32_t, int32_t>(src, dst));
+    return walk_then_copy_no_null(src, dst, rows, capture{err_codes, err_count},
+                                  integer_reader<int32_t, int32_t>(src, dst));
 }
 
 int32_t bcast_varbinary_to_int64(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
                                  int32_t *err_codes, uint16_t *err_count)
 {
-    return read_rows(src, dst, rows, capture{err_codes, err_count}, integer_reader<int64_t, int64_t>(src, dst));
+    return walk_then_copy_no_null(src, dst, rows, capture{err_codes, err_count},
+                                  integer_reader<int64_t, int64_t>(src, dst));
 }
 
 int32_t bcast_varbinary_to_dec(void *, void *, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows,
                                int32_t *err_codes, uint16_t *err_count)
 {
-    return read_rows(src, dst, rows, capture{err_codes, err_count}, decimal_reader(src, length, dst));
+    return walk_then_copy_no_null(src, dst, rows, capture{err_codes, err_count}, decimal_reader(src, length, dst));
 }

@@ -25,7 +25,7 @@ int32_t show_rows(void *env, void *heap, const bdta3_col *src, int32_t length, b
                   Failures failures)
 {
     const bdta3_str *from = elements<bdta3_str>(src);
-    alignas(scratch_alignment) char text[text_room];
+    scratch<char[text_room]> text;
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, failures, [&](uint32_t r, uint32_t i) {
@@ -74,8 +74,8 @@ template <trimmed_blanks_rule blanks, failing_row fail_too_long>
 int32_t show_hex_rows(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
 {
     const bdta3_str *from = elements<bdta3_str>(src);
-    alignas(scratch_alignment) char text[text_room];
-    alignas(scratch_alignment) nstr working;
+    scratch<char[text_room]> text;
+    scratch<nstr> working;
     set_up(working);
 
     copy_no_null(src, dst);

@@ -28,7 +28,7 @@ template <too_long rule_above, too_short rule_below> struct decode_rows {
         const bdta3_str *from = elements<bdta3_str>(src);
         const bool empty_is_null =
             rule_below == too_short::stays && global_bcast_var.compat_mode == BCAST_MODE_EMPTY_IS_NULL;
-        alignas(scratch_alignment) nbin value; // not cleared: the service writes what it decodes
+        scratch<nbin> value;
 
         copy_no_null(src, dst);
         return walk_present_rows(src, dst, rows, failures, [&](uint32_t r, uint32_t i) INLINED {

@@ -2,10 +2,10 @@
 // and blob hold the same bytes; only a binary source differs between them, for text shows it as hexadecimal digits.
 
 #include "src/frame/alias.h"
+#include "src/frame/large_object_element.h"
 #include "src/frame/row_walk.h"
 #include "src/frame/scratch.h"
 #include "src/frame/text_length.h"
-#include "src/frame/working_value.h"
 
 #include <bcast/casts.h>
 #include <bcast/codes.h>
@@ -34,8 +34,8 @@ int32_t bcast_varchar_to_blob(void *env, void *heap, const bdta3_col *src, bdta3
                               int32_t *err_codes, uint16_t *err_count)
 {
     const bdta3_str *from = elements<bdta3_str>(src);
-    char padded[BCAST_BINARY_MAX]; // not cleared: a row writes what it stores
-    alignas(scratch_alignment) nstr working;
+    scratch<char[BCAST_BINARY_MAX]> padded;
+    scratch<nstr> working;
     set_up(working);
 
     copy_no_null(src, dst);
@@ -63,7 +63,7 @@ bcast_capture_fn bcast_varchar_to_text ALIAS_OF(bcast_varchar_to_blob);
 int32_t bcast_binary_to_blob(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     const bdta3_str *from = elements<bdta3_str>(src);
-    alignas(scratch_alignment) nstr working;
+    scratch<nstr> working;
     set_up(working);
 
     copy_no_null(src, dst);
@@ -83,22 +83,16 @@ int32_t bcast_binary_to_blob(void *env, void *heap, const bdta3_col *src, bdta3_
 int32_t bcast_binary_to_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     const bdta3_str *from = elements<bdta3_str>(src);
-    alignas(scratch_alignment) char text[65536];
-    alignas(scratch_alignment) nstr working;
+    scratch<char[65536]> text;
+    scratch<nstr> working;
     set_up(working);
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
-        int32_t status = nbin_to_char_ex(from[r].text, uint32_t(from[r].length), text, 0);
+        const int32_t status = nbin_to_char_ex(from[r].text, uint32_t(from[r].length), text, 0);
         if (status < 0)
             return fail_clearing_flag(dst, i, status);
-        working.first_word = 0;
-        status = nblob_assign_const(env, heap, &working, text, hex_text_length(text, uint32_t(from[r].length)));
-        if (status < 0)
-            return fail_clearing_flag(dst, i, status);
-        bdta3_col_assign_bin(env, heap, dst, int32_t(i), bytes_of(working), int32_t(working.length));
-        nstr_clear(env, heap, &working);
-        return 0;
+        return store_large_object(env, heap, dst, i, text, hex_text_length(text, uint32_t(from[r].length)), working);
     });
 }
 

@@ -16,12 +16,9 @@ auto decimal_reader(int32_t length, bdta3_col *dst)
 {
     const decimal_shape shape(length);
     return [shape, to = elements<xdec>(dst)](const bdta3_str &text, uint32_t i) {
-        alignas(scratch_alignment) xdec value;
-        const int32_t status =
-            xdec_from_char_with_len_prec(text.text, parsed_length(text), shape.len, shape.prec, &value);
-        if (status >= 0)
-            store_decimal(value, to + i);
-        return status;
+        return make_decimal(to + i, [&](xdec *out) {
+            return xdec_from_char_with_len_prec(text.text, parsed_length(text), shape.len, shape.prec, out);
+        });
     };
 }
 

@@ -121,14 +121,13 @@ int32_t bcast_varchar_to_varchar(void *env, void *heap, const bdta3_col *src, in
         return copy_no_null_behind(src, dst, copy_rows<blanks_kept>(env, heap, src, length, dst, rows, failures));
 
     const bdta3_str *from = elements<bdta3_str>(src);
-    const walk_outcome walk = walk_present_rows(src, dst, rows, failures, [&](uint32_t r, uint32_t i) {
+    return walk_then_copy_no_null(src, dst, rows, failures, [&](uint32_t r, uint32_t i) {
         const bdta3_str &text = from[r];
         if (text.length > length)
             return fail_clearing_flag(dst, i, ERR_TRUNCATED);
         copy_text(make_element(env, heap, dst, i, text.length, blanks_kept(length, text)), text.text, text.length);
         return 0;
     });
-    return copy_no_null_behind(src, dst, walk);
 }
 bcast_length_capture_fn bcast_char_to_varchar ALIAS_OF(bcast_varchar_to_varchar);
 bcast_length_capture_fn bcast_varchar2_to_varchar ALIAS_OF(bcast_varchar_to_varchar);

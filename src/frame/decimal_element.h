@@ -1,6 +1,8 @@
 // How a decimal gets into its element.
 #pragma once
 
+#include "src/frame/scratch.h"
+
 #include <bcast/column.h>
 
 #include <cstdint>
@@ -24,4 +26,15 @@ inline void store_decimal(const xdec &from, xdec *to)
     memcpy(to->bytes + 16, &third, sizeof third);
     memcpy(to->bytes + 24, &fourth, sizeof fourth);
     memcpy(to->bytes + 28, &last, sizeof last);
+}
+
+// Makes an element by `make(out)`, a service, beside the column: it is written as a whole, and only where that
+// succeeds.
+template <class Make> inline int32_t make_decimal(xdec *to, Make make)
+{
+    scratch<xdec> value;
+    const int32_t status = make(&value);
+    if (status >= 0)
+        store_decimal(value, to);
+    return status;
 }

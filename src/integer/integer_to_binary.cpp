@@ -46,7 +46,7 @@ template <uint32_t width, class Element, check_rule check> struct to_varbinary {
         const uint32_t kept = kept_bytes(width, length);
         const int32_t stored = kept < width ? length : int32_t(width);
         const uint32_t shift = 64 - 8 * std::max(kept, 1U);
-        alignas(scratch_alignment) uint8_t bytes[machine::short_store_size];
+        scratch<uint8_t[machine::short_store_size]> bytes;
 
         copy_no_null(src, dst);
         return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) INLINED {
@@ -101,7 +101,7 @@ int32_t bcast_int_to_binary(void *env, void *heap, const bdta3_col *src, int32_t
     constexpr uint32_t width = 4;
     const int32_t *from = elements<int32_t>(src);
     const uint32_t kept = kept_bytes(width, length);
-    alignas(scratch_alignment) uint8_t image[BCAST_BINARY_MAX];
+    scratch<uint8_t[BCAST_BINARY_MAX]> image;
     // The zeros in front are the same for every row.
     uint8_t *at = image;
     if (uint16_t(length) > width) {
@@ -129,7 +129,7 @@ int32_t bcast_int64_to_binary(void *env, void *heap, const bdta3_col *src, int32
     const bool fills = uint16_t(length) >= width;
     const int32_t zeros = fills ? std::min(length - width, width) : 0;
     const uint32_t kept = kept_bytes(width, length);
-    uint8_t image[2 * width] = {};
+    scratch<uint8_t[2 * width]> image{};
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {

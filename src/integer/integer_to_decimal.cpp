@@ -15,18 +15,14 @@ template <class Element> auto decimal_maker(const bdta3_col *src, int32_t length
 {
     const decimal_shape shape(length);
     return [shape, from = elements<Element>(src), to = elements<xdec>(dst)](uint32_t r, uint32_t i) {
-        alignas(scratch_alignment) xdec value;
-        const int32_t status = xdec_from_int64_with_len_prec(from[r], shape.len, shape.prec, &value);
-        if (status >= 0)
-            store_decimal(value, to + i);
-        return status;
+        return make_decimal(
+            to + i, [&](xdec *out) { return xdec_from_int64_with_len_prec(from[r], shape.len, shape.prec, out); });
     };
 }
 
 template <class Element> int32_t to_decimal(const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
 {
-    const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, decimal_maker<Element>(src, length, dst));
-    return copy_no_null_behind(src, dst, walk);
+    return walk_then_copy_no_null(src, dst, rows, stop{}, decimal_maker<Element>(src, length, dst));
 }
 
 } // namespace

@@ -47,7 +47,7 @@ template <blanks_rule blanks>
 int32_t by_service(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)
 {
     const int32_t *values = elements<int32_t>(src);
-    alignas(scratch_alignment) char text[INT_TEXT_ROOM];
+    scratch<char[INT_TEXT_ROOM]> text;
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
@@ -67,7 +67,7 @@ template <class Element, blanks_rule blanks> struct formatted_here {
                                     uint16_t rows)
     {
         const Element *values = elements<Element>(src);
-        alignas(scratch_alignment) char text[machine::short_store_size];
+        scratch<char[machine::short_store_size]> text;
 
         copy_no_null(src, dst);
         return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) INLINED {
@@ -89,8 +89,8 @@ template <class Element> struct into_text {
                                     capture failures)
     {
         const Element *values = elements<Element>(src);
-        alignas(scratch_alignment) char text[machine::short_store_size];
-        alignas(scratch_alignment) nstr working;
+        scratch<char[machine::short_store_size]> text;
+        scratch<nstr> working;
         set_up(working);
 
         copy_no_null(src, dst);

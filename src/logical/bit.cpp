@@ -63,13 +63,12 @@ int32_t bcast_double_to_bit(void *, void *, const bdta3_col *src, bdta3_col *dst
     const double *from = elements<double>(src);
     int32_t *to = elements<int32_t>(dst);
 
-    const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+    return walk_then_copy_no_null(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
         if (ntype_is_double_overflow(from[r]) < 0)
             return int32_t(ERR_OVERFLOW);
         to[i] = from[r] != 0;
         return 0;
     });
-    return copy_no_null_behind(src, dst, walk);
 }
 
 // By byte 0, which is 0x80 for zero, where bcast_dec_to_boolean goes by byte 1.
@@ -78,11 +77,10 @@ int32_t bcast_dec_to_bit(void *, void *, const bdta3_col *src, bdta3_col *dst, u
     const xdec *from = elements<xdec>(src);
     int32_t *to = elements<int32_t>(dst);
 
-    const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+    return walk_then_copy_no_null(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
         to[i] = from[r].bytes[0] != 0x80;
         return 0;
     });
-    return copy_no_null_behind(src, dst, walk);
 }
 
 // An empty text is a null whose element becomes 0, in all three casts from text; they differ in what they do to

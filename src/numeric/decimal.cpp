@@ -20,7 +20,7 @@ template <int bits, class Element> int32_t to_integer(const bdta3_col *src, bdta
     const xdec *from = elements<xdec>(src);
     Element *to = elements<Element>(dst);
 
-    const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+    return walk_then_copy_no_null(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
         int64_t value;
         const int32_t status = xdec_get_int64(from + r, &value);
         if (status < 0)
@@ -32,7 +32,6 @@ template <int bits, class Element> int32_t to_integer(const bdta3_col *src, bdta
         to[i] = Element(value);
         return 0;
     });
-    return copy_no_null_behind(src, dst, walk);
 }
 
 } // namespace
@@ -43,14 +42,10 @@ int32_t bcast_dec_to_dec(void *, void *, const bdta3_col *src, int32_t length, b
     const xdec *from = elements<xdec>(src);
     xdec *to = elements<xdec>(dst);
 
-    const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
-        alignas(scratch_alignment) xdec value;
-        const int32_t status = xdec_from_xdec_with_len_prec(from + r, shape.len, shape.prec, &value);
-        if (status >= 0)
-            store_decimal(value, to + i);
-        return status;
+    return walk_then_copy_no_null(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+        return make_decimal(
+            to + i, [&](xdec *out) { return xdec_from_xdec_with_len_prec(from + r, shape.len, shape.prec, out); });
     });
-    return copy_no_null_behind(src, dst, walk);
 }
 
 int32_t bcast_dec_to_tinyint(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
@@ -78,14 +73,13 @@ int32_t bcast_dec_to_double(void *, void *, const bdta3_col *src, bdta3_col *dst
     const xdec *from = elements<xdec>(src);
     double *to = elements<double>(dst);
 
-    const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+    return walk_then_copy_no_null(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
         int32_t status;
         const double value = xdec_get_double(from + r, &status);
         if (status >= 0)
             to[i] = value;
         return status;
     });
-    return copy_no_null_behind(src, dst, walk);
 }
 
 // By way of a double, with the predicate's code where that is no float.
@@ -94,7 +88,7 @@ int32_t bcast_dec_to_float(void *, void *, const bdta3_col *src, bdta3_col *dst,
     const xdec *from = elements<xdec>(src);
     float *to = elements<float>(dst);
 
-    const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+    return walk_then_copy_no_null(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
         int32_t status;
         const double value = xdec_get_double(from + r, &status);
         if (status < 0)
@@ -105,5 +99,4 @@ int32_t bcast_dec_to_float(void *, void *, const bdta3_col *src, bdta3_col *dst,
         to[i] = float(value);
         return 0;
     });
-    return copy_no_null_behind(src, dst, walk);
 }

@@ -35,13 +35,12 @@ int32_t to_characters(void *env, void *heap, const bdta3_col *src, int32_t lengt
 {
     const text_shape shape(length);
     const xdec *from = elements<xdec>(src);
-    alignas(scratch_alignment) char text[400];
+    scratch<char[400]> text;
     int32_t len = 0;
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
-        const int32_t status =
-            xdec_to_char_with_zero(from + r, text, int32_t(sizeof text), shape.len, shape.prec, &len);
+        const int32_t status = xdec_to_char_with_zero(from + r, text, text.size, shape.len, shape.prec, &len);
         if (status < 0)
             return fail_clearing_flag(dst, i, status);
         if (len > shape.target_length)
@@ -69,14 +68,14 @@ int32_t bcast_dec_to_varchar(void *env, void *heap, const bdta3_col *src, int32_
 int32_t bcast_dec_to_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     const xdec *from = elements<xdec>(src);
-    alignas(scratch_alignment) char text[500];
+    scratch<char[500]> text;
     int32_t len = 0;
-    alignas(scratch_alignment) nstr working;
+    scratch<nstr> working;
     set_up(working);
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
-        const int32_t status = xdec_to_char_with_zero(from + r, text, int32_t(sizeof text), 0, 0, &len);
+        const int32_t status = xdec_to_char_with_zero(from + r, text, text.size, 0, 0, &len);
         if (status < 0)
             return fail_clearing_flag(dst, i, status);
         working.first_word = 0;

@@ -24,9 +24,8 @@ int32_t convert_rows(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Conver
     const double *from = elements<double>(src);
     Element *to = elements<Element>(dst);
 
-    const walk_outcome walk =
-        walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) { return convert(from[r], to[i]); });
-    return copy_no_null_behind(src, dst, walk);
+    return walk_then_copy_no_null(src, dst, rows, stop{},
+                                  [&](uint32_t r, uint32_t i) { return convert(from[r], to[i]); });
 }
 
 // Into an integer of so many bits, below 64. The limits themselves fit and nothing beyond does, whatever the service
@@ -108,14 +107,11 @@ int32_t bcast_double_to_dec(void *, void *, const bdta3_col *src, int32_t length
 {
     const decimal_shape shape(length);
     return convert_rows<xdec>(src, dst, rows, [shape](double value, xdec &to) {
-        int32_t status = ntype_is_double_overflow(value);
+        const int32_t status = ntype_is_double_overflow(value);
         if (status < 0)
             return status;
-        alignas(scratch_alignment) xdec decimal;
-        status = xdec_from_double_with_len_prec(value, shape.len, shape.prec, &decimal);
-        if (status >= 0)
-            store_decimal(decimal, &to);
-        return status;
+        return make_decimal(
+            &to, [&](xdec *out) { return xdec_from_double_with_len_prec(value, shape.len, shape.prec, out); });
     });
 }
 

@@ -87,13 +87,12 @@ int32_t bcast_float_to_int64(void *, void *, const bdta3_col *src, bdta3_col *ds
     const float *from = elements<float>(src);
     int64_t *to = elements<int64_t>(dst);
 
-    const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+    return walk_then_copy_no_null(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
         if (ntype_is_lint64_overflow(from[r]) < 0)
             return int32_t(ERR_OVERFLOW);
         to[i] = cut_to<int64_t>(from[r]);
         return 0;
     });
-    return copy_no_null_behind(src, dst, walk);
 }
 
 // The service refuses infinity and NaN.
@@ -103,14 +102,10 @@ int32_t bcast_float_to_dec(void *, void *, const bdta3_col *src, int32_t length,
     const float *from = elements<float>(src);
     xdec *to = elements<xdec>(dst);
 
-    const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
-        alignas(scratch_alignment) xdec value;
-        const int32_t status = xdec_from_double_with_len_prec(from[r], shape.len, shape.prec, &value);
-        if (status >= 0)
-            store_decimal(value, to + i);
-        return status;
+    return walk_then_copy_no_null(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+        return make_decimal(
+            to + i, [&](xdec *out) { return xdec_from_double_with_len_prec(from[r], shape.len, shape.prec, out); });
     });
-    return copy_no_null_behind(src, dst, walk);
 }
 
 int32_t bcast_float_to_char(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst, uint16_t rows)

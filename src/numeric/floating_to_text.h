@@ -3,15 +3,16 @@
 #pragma once
 
 #include "src/frame/blanks.h"
+#include "src/frame/large_object_element.h"
 #include "src/frame/row_walk.h"
-#include "src/frame/working_value.h"
+#include "src/frame/scratch.h"
 
 #include <bcast/codes.h>
 #include <services/column.h>
 #include <services/numeric.h>
 
 template <class Element> struct floating_text {
-    char bytes[BCAST_TEXT_ROOM];
+    scratch<char[BCAST_TEXT_ROOM]> bytes;
     int32_t len;
 
     void write(Element value)
@@ -46,21 +47,15 @@ int32_t floating_to_text(void *env, void *heap, const bdta3_col *src, bdta3_col 
 {
     const Element *from = elements<Element>(src);
     floating_text<Element> text;
-    nstr working;
+    scratch<nstr> working;
     set_up(working);
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
-        int32_t code = refuse(from[r]);
+        const int32_t code = refuse(from[r]);
         if (code < 0)
             return fail_clearing_flag(dst, i, code);
         text.write(from[r]);
-        working.first_word = 0;
-        code = nblob_assign_const(env, heap, &working, text.bytes, text.len);
-        if (code < 0)
-            return fail_clearing_flag(dst, i, code);
-        bdta3_col_assign_bin(env, heap, dst, int32_t(i), bytes_of(working), int32_t(working.length));
-        nstr_clear(env, heap, &working);
-        return 0;
+        return store_large_object(env, heap, dst, i, text.bytes, text.len, working);
     });
 }

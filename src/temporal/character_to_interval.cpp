@@ -19,7 +19,7 @@ bool is_blank(char c) { return c == ' ' || c == 7 || c == 9 || c == 10 || c == 1
 // does not look at the length: if more blanks follow the text in memory it is larger, and an all-blank text is taken as
 // it stands. Whether the buffer is long enough is not tested.
 struct staged_text {
-    char bytes[32768 + 1]; // not cleared: a row writes what the parser reads
+    scratch<char[32768 + 1]> bytes;
 
     void take(const bdta3_str &text)
     {
@@ -57,7 +57,7 @@ int32_t to_interval(void *env, const bdta3_col *src, bdta3_col *dst, uint16_t ro
         if (from[r].length == 0)
             return turn_null(dst, i);
         staged.take(from[r]);
-        alignas(scratch_alignment) Interval interval;
+        scratch<Interval> interval;
         const int32_t status = parse(env, staged.bytes, &interval, iv_word);
         if (status < 0)
             return code_of(status);

@@ -81,9 +81,9 @@ template <class Move> struct read_staged_rows {
                                     uint16_t rows, capture failures, Move move)
     {
         // Not cleared: a row writes what the parser reads.
-        alignas(scratch_alignment) char staged[BCAST_DATE_TEXT_LIMIT];
+        scratch<char[BCAST_DATE_TEXT_LIMIT]> staged;
         const auto parse = staging_parser<level>(parse_word, parse_ptr, staged);
-        alignas(scratch_alignment) vqtime value{};
+        scratch<vqtime> value{};
 
         copy_no_null(src, dst);
         return walk_filling_flags(src, dst, rows, failures, row_reader(src, dst, parse, move, &value));
@@ -101,7 +101,7 @@ int32_t bcast_char_to_date_fast(void *, void *, const bdta3_col *src, bdta3_col 
 
 int32_t bcast_varchar2_to_date(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
-    alignas(scratch_alignment) vqtime value{};
+    scratch<vqtime> value{};
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{},
@@ -119,7 +119,7 @@ int32_t bcast_char_to_tltz_fast(void *, void *, const bdta3_col *src, bdta3_col 
 int32_t bcast_varchar_to_timestamp_local_time_zone(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
                                                    int32_t *err_codes, uint16_t *err_count, int16_t local_tz)
 {
-    alignas(scratch_alignment) vqtime value{};
+    scratch<vqtime> value{};
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, capture{err_codes, err_count},

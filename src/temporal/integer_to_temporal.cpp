@@ -16,14 +16,13 @@ template <class Element, reader read> int32_t to_temporal(const bdta3_col *src, 
     const Element *from = elements<Element>(src);
     vqtime *to = elements<vqtime>(dst);
 
-    const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
-        alignas(scratch_alignment) vqtime value;
+    return walk_then_copy_no_null(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+        scratch<vqtime> value;
         const int32_t status = read(from[r], &value);
         if (status >= 0)
             to[i] = value;
         return status;
     });
-    return copy_no_null_behind(src, dst, walk);
 }
 
 } // namespace

@@ -22,15 +22,14 @@ template <class Interval> int32_t reshape_rows(const bdta3_col *src, bdta3_col *
     const Interval *from = elements<Interval>(src);
     Interval *to = elements<Interval>(dst);
 
-    const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
-        alignas(scratch_alignment) Interval interval;
+    return walk_then_copy_no_null(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+        scratch<Interval> interval;
         interval.iv_word = iv_word; // all that the service is told
         const int32_t status = reshape(&interval, from + r);
         if (status >= 0)
             store_interval(interval, to + i);
         return status;
     });
-    return copy_no_null_behind(src, dst, walk);
 }
 
 int32_t write(const ivym *from, char *text, uint16_t word) { return vq_interval_ym_to_char(from, text, word); }
@@ -42,7 +41,7 @@ int32_t to_characters(void *env, void *heap, const bdta3_col *src, bdta3_col *ds
                       int32_t length)
 {
     const Interval *from = elements<Interval>(src);
-    alignas(scratch_alignment) char text[BCAST_TEXT_ROOM];
+    scratch<char[BCAST_TEXT_ROOM]> text;
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {

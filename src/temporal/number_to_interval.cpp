@@ -41,7 +41,7 @@ int32_t take_whole(const xdec &from, int32_t &number)
 
 int32_t take(const xdec &from, int32_t &number)
 {
-    alignas(scratch_alignment) xdec copy;
+    scratch<xdec> copy;
     store_decimal(from, &copy);
     return take_whole(copy, number);
 }
@@ -49,7 +49,7 @@ int32_t take(const xdec &from, int32_t &number)
 // As a double, of which seconds keep the fraction. Whether it fits is asked of the integer all the same.
 int32_t take(const xdec &from, double &number)
 {
-    alignas(scratch_alignment) xdec copy;
+    scratch<xdec> copy;
     store_decimal(from, &copy);
     int32_t status;
     number = xdec_get_double(&copy, &status);
@@ -125,12 +125,12 @@ int32_t to_interval(const bdta3_col *src, bdta3_col *dst, uint16_t rows, uint16_
     const Element *from = elements<Element>(src);
     Interval *to = elements<Interval>(dst);
 
-    const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+    return walk_then_copy_no_null(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
         Number number;
         int32_t status = take(from[r], number);
         if (status < 0)
             return status;
-        alignas(scratch_alignment) Interval interval;
+        scratch<Interval> interval;
         clear(interval);
         interval.iv_word = iv_word;
         status = put(number, interval, iv_word);
@@ -141,7 +141,6 @@ int32_t to_interval(const bdta3_col *src, bdta3_col *dst, uint16_t rows, uint16_
             store_interval(interval, to + i);
         return status;
     });
-    return copy_no_null_behind(src, dst, walk);
 }
 
 } // namespace

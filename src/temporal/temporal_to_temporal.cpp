@@ -18,12 +18,11 @@ template <class Change> int32_t copy_changed(const bdta3_col *src, bdta3_col *ds
     const vqtime *from = elements<vqtime>(src);
     vqtime *to = elements<vqtime>(dst);
 
-    const walk_outcome walk = walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
+    return walk_then_copy_no_null(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
         to[i] = from[r];
         change(to + i);
         return 0;
     });
-    return copy_no_null_behind(src, dst, walk);
 }
 
 } // namespace

@@ -1,10 +1,10 @@
 // Temporal values into text, and a datetime into varchar. Services write the characters: date, time and datetime are
 // unpacked first, the types with a zone are not.
 
+#include "src/frame/large_object_element.h"
 #include "src/frame/row_walk.h"
 #include "src/frame/scratch.h"
 #include "src/frame/text_length.h"
-#include "src/frame/working_value.h"
 
 #include <bcast/casts.h>
 #include <bcast/codes.h>
@@ -18,21 +18,21 @@ using writer = int32_t(const vqtime *value, char *text);
 
 int32_t write_date(const vqtime *value, char *text)
 {
-    alignas(scratch_alignment) vqdt_decoded decoded;
+    scratch<vqdt_decoded> decoded;
     vqdt_date_encode_fast(value, &decoded);
     return vq_date_to_char(&decoded, text);
 }
 
 int32_t write_time(const vqtime *value, char *text)
 {
-    alignas(scratch_alignment) vqdt_decoded decoded;
+    scratch<vqdt_decoded> decoded;
     vqdt_time_encode_fast(value, &decoded);
     return vq_time_to_char(&decoded, text, 0);
 }
 
 int32_t write_datetime(const vqtime *value, char *text)
 {
-    alignas(scratch_alignment) vqdt_decoded decoded;
+    scratch<vqdt_decoded> decoded;
     vqdt_encode_fast(value, &decoded);
     return vqdt_to_char(&decoded, text, 0);
 }
@@ -48,21 +48,15 @@ int32_t write_datetime_tz(const vqtime *value, char *text)
 template <writer write> int32_t to_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     const vqtime *from = elements<vqtime>(src);
-    alignas(scratch_alignment) char text[BCAST_TEXT_ROOM];
-    alignas(scratch_alignment) nstr working;
+    scratch<char[BCAST_TEXT_ROOM]> text;
+    scratch<nstr> working;
     set_up(working);
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
         if (write(from + r, text) == 0)
             return fail_clearing_flag(dst, i, ERR_TO_CHAR);
-        working.first_word = 0;
-        const int32_t status = nblob_assign_const(env, heap, &working, text, text_length(text));
-        if (status < 0)
-            return fail_clearing_flag(dst, i, status);
-        bdta3_col_assign_bin(env, heap, dst, int32_t(i), bytes_of(working), int32_t(working.length));
-        nstr_clear(env, heap, &working);
-        return 0;
+        return store_large_object(env, heap, dst, i, text, text_length(text), working);
     });
 }
 
@@ -98,7 +92,7 @@ int32_t bcast_datetime_to_varchar_ex(void *env, void *heap, const bdta3_col *src
                                      uint16_t rows)
 {
     const vqtime *from = elements<vqtime>(src);
-    alignas(scratch_alignment) char text[BCAST_TEXT_ROOM];
+    scratch<char[BCAST_TEXT_ROOM]> text;
 
     copy_no_null(src, dst);
     return walk_present_rows(src, dst, rows, stop{}, [&](uint32_t r, uint32_t i) {
