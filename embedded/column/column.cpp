@@ -1,5 +1,5 @@
 // The columns that a program makes, fills, selects from and reads.
-#include "embedded/column/column.h"
+#include "embedded/column/record.h"
 
 #include "embedded/column/copy_row.h"
 #include "embedded/column/keep_bytes.h"

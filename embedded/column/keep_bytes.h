@@ -1,7 +1,7 @@
 // Bytes into the arena of a column.
 #pragma once
 
-#include "embedded/column/column.h"
+#include "embedded/column/record.h"
 #include "machine/short_copy.h"
 
 namespace embedded {
