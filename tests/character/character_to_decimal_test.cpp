@@ -1,8 +1,9 @@
 // char, varchar and varchar2 to decimals: the service reads the text, at most 319 bytes of it, in the shape that length
 // has. The three sources differ in their flags and in what becomes of a failure.
 
-#include "tests/character/text_rows.h"
+#include "tests/character/empty_text.h"
 #include "tests/support/row_cast.h"
+#include "tests/support/text_element.h"
 
 #include <algorithm>
 #include <limits>
@@ -13,17 +14,6 @@ namespace {
 constexpr int32_t usual_shape = 0x0A02; // 10 digits in all, 2 behind the point
 constexpr int32_t int32_least = std::numeric_limits<int32_t>::min();
 
-bdta3_str shared_text(uint32_t number)
-{
-    static shared_texts texts({"0", "-7.25", "12", " 4 ", "no number", "1e5", "+99999999999999999999", "."});
-    return texts.element(number);
-}
-
-std::string element_image(int32_t length, const char *text)
-{
-    return image_of(bdta3_str{length, unread_pad_len, const_cast<char *>(text)});
-}
-
 row_cast rule(const char *name, any_cast cast, row_flags flags, int32_t length)
 {
     row_cast c{.name = name,
@@ -32,12 +22,10 @@ row_cast rule(const char *name, any_cast cast, row_flags flags, int32_t length)
                .flags = flags,
                .no_null_ahead = true,
                .failure_clears_flag = false,
-               .samples = {},
+               .samples = text_elements({"0", "-7.25", "12", " 4 ", "no number", "1e5", "+99999999999999999999"}),
                .convert = {},
                .length = length,
-               .null_element = element_image(5, static_cast<char *>(inaccessible()))};
-    for (uint32_t number = 0; number < 7; number++)
-        c.samples.push_back(image_of(shared_text(number)));
+               .null_element = element_of_length(5)};
     const int32_t len = length >> 8 & 0xFF, prec = length & 0xFF;
     c.convert = [len, prec](const row_input &input) {
         const auto element = input.as<bdta3_str>();
@@ -73,37 +61,18 @@ TEST_P(character_to_decimal, every_row_count_up_to_the_largest) { expect_row_cou
 
 TEST_P(character_to_decimal, a_failure_stops_with_the_code_of_the_service) { expect_stops(GetParam()); }
 
-const std::string empty_text = element_image(0, nullptr);
+TEST_P(character_to_decimal, of_null_rows_no_element_is_read) { expect_null_rows_unread(GetParam()); }
 
-TEST_P(character_to_decimal, an_empty_text_is_null_and_clears_no_null)
-{
-    const row_cast &c = GetParam();
-    for (const setup &how : all_setups()) {
-        for (const uint32_t empty_row : {0U, 3U, 1023U, 1024U, 1029U}) {
-            std::vector<batch_row> rows = sample_rows(c, std::vector<uint8_t>(1030, 0x81));
-            rows[empty_row].element = empty_text;
-            expect_batch(c, how, rows);
-        }
-    }
-}
+TEST_P(character_to_decimal, an_empty_text_is_null_and_clears_no_null) { expect_empty_text_is_null(GetParam()); }
 
 TEST_P(character_to_decimal, an_empty_text_in_a_null_row_changes_nothing)
 {
-    row_cast c = GetParam();
-    c.null_element = empty_text;
-    for (const setup &how : all_setups())
-        expect_batch(c, how, sample_rows(c, {0, 1, 0}));
+    expect_empty_text_in_null_row_changes_nothing(GetParam());
 }
 
-// no_null is 0 by then and stays so.
 TEST_P(character_to_decimal, a_failure_behind_an_empty_text_stops_as_any_other)
 {
-    const row_cast &c = GetParam();
-    for (const setup &how : all_setups()) {
-        std::vector<batch_row> rows = sample_rows(c, {1, 2, 3, 4});
-        rows[0].element = rows[3].element = empty_text;
-        expect_batch(c, how, rows, {.results = {{0, -77}}});
-    }
+    expect_failure_behind_empty_text(GetParam());
 }
 
 // What counts of the length word; there are more than 65535 bytes to read.
@@ -135,7 +104,7 @@ TEST_P(character_to_decimal, at_most_319_bytes_are_read_by_the_low_16_bits_of_th
                                int32_least,
                                int32_least + 318}) {
         SCOPED_TRACE("length word " + std::to_string(word));
-        expect_element(GetParam(), element_image(word, text.data()));
+        expect_element(GetParam(), element_of_length(word, text.data()));
     }
 }
 
@@ -143,10 +112,10 @@ TEST_P(character_to_decimal, bytes_behind_the_first_319_are_not_touched)
 {
     guarded<char> text{std::span<const char>(std::string(319, '8'))};
     text.make_read_only();
-    expect_element(GetParam(), element_image(400, text.data()));
+    expect_element(GetParam(), element_of_length(400, text.data()));
     guarded<char> short_text{std::span<const char>(std::string(5, '8'))};
     short_text.make_read_only();
-    expect_element(GetParam(), element_image(65536 + 5, short_text.data()));
+    expect_element(GetParam(), element_of_length(65536 + 5, short_text.data()));
 }
 
 INSTANTIATE_TEST_SUITE_P(casts, character_to_decimal, testing::ValuesIn(rules()),
@@ -180,13 +149,7 @@ TEST(varchar_to_decimal, failures_are_captured)
 TEST(varchar_to_decimal, an_empty_text_beside_captured_failures_is_no_failure)
 {
     services().reset();
-    const row_cast &c = varchar_rule();
-    for (const setup &how : all_setups()) {
-        std::vector<batch_row> rows = sample_rows(c, {1, 2, 3, 0, 4, 5});
-        rows[1].element = rows[5].element = empty_text;
-        expect_batch(c, how, rows, {.results = {{0, -77}, {2, -78}}, .capture = true});
-        expect_batch(c, how, rows, {.capture = true});
-    }
+    expect_empty_text_beside_captured_failures(varchar_rule());
 }
 
 TEST(varchar_to_decimal, one_bad_row_of_three_leaves_its_neighbours_alone)

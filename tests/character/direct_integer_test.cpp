@@ -1,10 +1,11 @@
 // Literals for a comparison with an integer: the integer that gives the same answer under the operator, or a verdict.
 
-#include "tests/character/text_rows.h"
-
-#include <bcast/codes.h>
+#include "tests/character/empty_text.h"
+#include "tests/support/row_cast.h"
+#include "tests/support/text_element.h"
 
 #include <algorithm>
+#include <charconv>
 #include <limits>
 #include <type_traits>
 
@@ -55,10 +56,10 @@ int32_t call_low(int32_t length, uint16_t cmp_op, int32_t *verdict, int64_t *res
 template <class Integer> outcome<Integer> judge(const literal_reading &reading, uint16_t cmp_op)
 {
     constexpr auto unwritten = static_cast<Integer>(0x5A5A5A5A5A5A5A5A); // which no literal of these tests comes to
+    static guarded<int32_t> verdict(1);
+    static guarded<Integer> result(1);
     services().reset();
     services().character.literals[literal] = reading;
-    guarded<int32_t> verdict(1);
-    guarded<Integer> result(1);
     verdict[0] = 99;
     result[0] = unwritten;
     outcome<Integer> made{.status = call_low(3, cmp_op, verdict.data(), result.data())};
@@ -239,195 +240,120 @@ void PrintTo(const rule &r, std::ostream *out) { *out << r.name; }
 constexpr rule rules[] = {{"bcast_varchar_to_int_directly", bcast_varchar_to_int_directly, 4},
                           {"bcast_varchar_to_int64_directly", bcast_varchar_to_int64_directly, 8}};
 
-struct direct_batch : text_rows {
-    direct_batch(const rule &of, const setup &given, uint32_t row_count, uint16_t op)
-        : text_rows(given, row_count, of.target_bytes), r(of), cmp_op(op)
-    {
-        expected.no_null = how.no_null;
-    }
-
-    const rule &r;
-    uint16_t cmp_op;
-
-    void put(uint32_t row, int64_t value)
-    {
-        if (r.target_bytes == 8)
-            expected.put(row, value);
-        else
-            expected.put(row, static_cast<int32_t>(value));
-    }
-
-    void expect_flag(uint32_t row) { expected.flags[row] = source.flag(row); }
-
-    // The parser gets no more than 16 bits of the length word.
-    void expect_parse(uint32_t row)
-    {
-        calls.push_back(parses_literal(element(row), static_cast<uint16_t>(element(row).length)));
-    }
-
-    void expect_value(uint32_t row, int64_t value)
-    {
-        expect_flag(row);
-        expect_parse(row);
-        put(row, value);
-    }
-
-    void expect_verdict(uint32_t row, int32_t verdict)
-    {
-        expect_parse(row);
-        put(row, 0);
-        expected.flags[row] = static_cast<uint8_t>(verdict);
-        expected.no_null = 0;
-    }
-
-    // The flag stays, the element is not written.
-    void expect_failure(uint32_t row)
-    {
-        expect_flag(row);
-        expect_parse(row);
-    }
-
-    void expect_empty_text(uint32_t row)
-    {
-        expected.flags[row] = 0;
-        expected.no_null = 0;
-    }
-
-    void run(int32_t status)
-    {
-        expect(call(r.cast, {.src = source.sealed(), .dst = target.column(), .rows = rows, .cmp_op = cmp_op}), status);
-    }
+// A text as the parser is to read it, and what the cast is to make of that.
+struct told_literal {
+    std::string text;
+    literal_reading reading;
+    outcome<int64_t> becomes;
 };
+
+outcome<int64_t> outcome_of(const std::string &text, const std::vector<told_literal> &told)
+{
+    const auto known = std::ranges::find(told, text, &told_literal::text);
+    if (known != told.end())
+        return known->becomes;
+    int64_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const bool is_whole_number = error == std::errc() && end == text.data() + text.size();
+    return is_whole_number ? gives<int64_t>(value) : outcome<int64_t>{.status = ERR_BAD_CONVERSION};
+}
+
+// number is the one that the row before had.
+row_outcome read(const row_input &input, const rule &r, const std::vector<told_literal> &told, int64_t &number)
+{
+    if (input.first)
+        number = 0;
+    const auto element = input.as<bdta3_str>();
+    if (element.length == 0)
+        return {.turns_null = true};
+    // The parser gets no more than 16 bits of the length word.
+    const auto length = static_cast<uint16_t>(element.length);
+    const outcome<int64_t> made = outcome_of(bytes_at(element.text, length), told);
+    row_outcome row;
+    row.steps.push_back({parses_literal(element, length), service_failure::passes_its_code, made.status});
+    number = made.result.value_or(number);
+    int64_t stored = number;
+    if (made.verdict != verdict_none) {
+        stored = 0;
+        row.flag_over_element = static_cast<uint8_t>(made.verdict);
+    }
+    row.element = r.target_bytes == 8 ? image_of(stored) : image_of(static_cast<int32_t>(stored));
+    return row;
+}
+
+row_cast column_cast(const rule &r, uint16_t cmp_op, const std::vector<told_literal> &told = {},
+                     const std::vector<std::string> &samples = {"0", "7", "-7", "2147483647", "-2147483648", "42"})
+{
+    services().character.literals.clear();
+    for (const told_literal &each : told)
+        services().character.literals[each.text] = each.reading;
+    return {.name = r.name,
+            .cast = r.cast,
+            .to_bytes = r.target_bytes,
+            .flags = row_flags::copied,
+            .no_null_ahead = true,
+            .failure_clears_flag = false,
+            .samples = text_elements(samples),
+            .convert = [r, told,
+                        number = int64_t{0}](const row_input &input) mutable { return read(input, r, told, number); },
+            .null_element = element_of_length(5),
+            .cmp_op = cmp_op};
+}
+
+std::vector<batch_row> rows_of(const std::vector<std::string> &texts)
+{
+    std::vector<batch_row> rows;
+    for (const std::string &text : texts)
+        rows.push_back({static_cast<uint8_t>(0x40 + rows.size()), text_element(text)});
+    return rows;
+}
+
+bool is_upward(uint16_t cmp_op) { return cmp_op == less || cmp_op == greater_equal; }
+bool is_equality(uint16_t cmp_op) { return cmp_op == equal || cmp_op == unequal; }
 
 class direct_integer : public testing::TestWithParam<rule> {
 protected:
     void SetUp() override { services().reset(); }
 };
 
-const std::vector<std::string> &whole_numbers()
-{
-    static const std::vector<std::string> texts{"0", "7", "-7", "2147483647", "-2147483648", "42"};
-    return texts;
-}
-
 TEST_P(direct_integer, rows_are_parsed_and_null_rows_left_out)
 {
-    constexpr uint8_t flags[] = {1, 0, 2, 0x80, 0, 0xFF, 1, 5, 6};
-    shared_texts texts(whole_numbers());
-    for (const setup &how : all_setups()) {
-        for (const uint32_t rows : {0U, 1U, 2U, 30U, 1023U, 1024U, 1025U, 2060U}) {
-            for (const uint16_t cmp_op : {less, unequal, uint16_t{0}}) {
-                SCOPED_TRACE(std::to_string(rows) + " rows, " + describe(how));
-                services().reset();
-                direct_batch batch(GetParam(), how, rows, cmp_op);
-                for (uint32_t row = 0; row < rows; row++) {
-                    const uint8_t flag = flags[row % std::size(flags)];
-                    if (flag == 0) {
-                        batch.set_null(row);
-                        batch.expect_flag(row);
-                    } else {
-                        batch.source.set(row, flag, texts.element(row));
-                        batch.expect_value(row, std::stoll(texts.text(row)));
-                    }
-                }
-                batch.run(0);
-            }
-        }
+    expect_rows_and_null_rows(column_cast(GetParam(), less));
+    for (const uint16_t cmp_op : {unequal, uint16_t{0}}) {
+        const row_cast c = column_cast(GetParam(), cmp_op);
+        for (const setup &how : all_setups())
+            expect_batch(c, how, sample_rows(c, {1, 0, 2, 0x80, 0, 0xFF, 1, 5, 6}));
     }
 }
 
-TEST_P(direct_integer, of_null_rows_no_element_is_read)
-{
-    for (const setup &how : all_setups()) {
-        direct_batch batch(GetParam(), how, 1030, greater);
-        for (uint32_t row = 0; row < 1030; row++) {
-            batch.set_element(row, 0, 0, nullptr);
-            batch.expect_flag(row);
-        }
-        batch.source.hide_values();
-        batch.run(0);
-    }
-}
+TEST_P(direct_integer, of_null_rows_no_element_is_read) { expect_null_rows_unread(column_cast(GetParam(), greater)); }
 
-TEST_P(direct_integer, the_largest_batch)
-{
-    shared_texts texts(whole_numbers());
-    direct_batch batch(GetParam(), few_setups()[2], 65535, equal);
-    for (uint32_t row = 0; row < 65535; row++) {
-        batch.source.set(row, 1, texts.element(row));
-        batch.expect_value(row, std::stoll(texts.text(row)));
-    }
-    batch.run(0);
-}
-
-TEST_P(direct_integer, only_the_low_16_bits_of_rows_count)
-{
-    for (const setup &how : few_setups()) {
-        for (const uint32_t rows : {0U, 1U}) {
-            services().reset();
-            direct_batch batch(GetParam(), how, rows, less);
-            if (rows == 1) {
-                batch.set_text(0, 1, "33");
-                batch.expect_value(0, 33);
-            }
-            const call_arguments with{
-                .src = batch.source.sealed(), .dst = batch.target.column(), .rows = 0x10000 + rows, .cmp_op = less};
-            batch.expect(call_with_wide_rows(GetParam().cast, with), 0);
-        }
-    }
-}
+TEST_P(direct_integer, every_row_count_up_to_the_largest) { expect_row_counts(column_cast(GetParam(), equal)); }
 
 TEST_P(direct_integer, an_empty_text_is_null_and_clears_no_null)
 {
-    shared_texts texts(whole_numbers());
-    for (const setup &how : all_setups()) {
-        for (const uint32_t empty_row : {0U, 3U, 1023U, 1024U, 1029U}) {
-            SCOPED_TRACE("empty row " + std::to_string(empty_row) + ", " + describe(how));
-            services().reset();
-            direct_batch batch(GetParam(), how, 1030, less);
-            for (uint32_t row = 0; row < 1030; row++) {
-                if (row == empty_row) {
-                    batch.set_element(row, 0x81, 0, static_cast<char *>(inaccessible()));
-                    batch.expect_empty_text(row);
-                } else {
-                    batch.source.set(row, 1, texts.element(row));
-                    batch.expect_value(row, std::stoll(texts.text(row)));
-                }
-            }
-            batch.run(0);
-        }
-    }
+    expect_empty_text_is_null(column_cast(GetParam(), less));
+}
+
+TEST_P(direct_integer, an_empty_text_in_a_null_row_changes_nothing)
+{
+    expect_empty_text_in_null_row_changes_nothing(column_cast(GetParam(), less));
 }
 
 TEST_P(direct_integer, a_verdict_stands_in_the_flag_over_a_zero_and_clears_no_null)
 {
-    const uint32_t rows = 1030;
-    shared_texts texts(whole_numbers());
-    for (const setup &how : all_setups()) {
-        for (const uint32_t special : {0U, 1U, 1023U, 1024U, rows - 2}) {
-            for (const uint16_t cmp_op : known_operators) {
-                services().reset();
-                services().character.literals = {{"over", {ERR_ABOVE_RANGE, 9, '+'}},
-                                                 {"under", {ERR_BELOW_RANGE, 9, '-'}}};
-                direct_batch batch(GetParam(), how, rows, cmp_op);
-                const bool equality = cmp_op == equal || cmp_op == unequal;
-                for (uint32_t row = 0; row < rows; row++) {
-                    if (row == special) {
-                        batch.set_text(row, 0x81, "under");
-                        batch.expect_verdict(row, equality ? verdict_above : verdict_below);
-                    } else if (row == special + 1) {
-                        batch.set_text(row, 0x82, "over");
-                        batch.expect_verdict(row, verdict_above);
-                    } else {
-                        batch.source.set(row, 3, texts.element(row));
-                        batch.expect_value(row, std::stoll(texts.text(row)));
-                    }
-                }
-                SCOPED_TRACE("row " + std::to_string(special) + ", cmp_op " + std::to_string(cmp_op) + ", " +
-                             describe(how));
-                batch.run(0);
-            }
-        }
+    for (const uint16_t cmp_op : known_operators) {
+        const row_cast c =
+            column_cast(GetParam(), cmp_op,
+                        {{"over", {ERR_ABOVE_RANGE, 9, '+'}, above<int64_t>},
+                         {"under", {ERR_BELOW_RANGE, 9, '-'}, is_equality(cmp_op) ? above<int64_t> : below<int64_t>}});
+        for (const char *text : {"under", "over"})
+            at_several_rows(c, text_element(text), [&](const std::vector<batch_row> &rows) {
+                for (const setup &how : all_setups())
+                    expect_batch(c, how, rows);
+            });
+        for (const setup &how : all_setups())
+            expect_batch(c, how, rows_of({"3", "under", "over", "4"}));
     }
 }
 
@@ -444,29 +370,20 @@ TEST_P(direct_integer, a_fraction_moves_to_the_side_of_the_operator)
                                    {"0.5", {1, 0, '+'}, 1, 0},
                                    {"-0.5", {1, 0, '-'}, 0, -1},
                                    {"5.0", {0, 5, 'x'}, 5, 5}};
-    for (const setup &how : all_setups()) {
-        for (const uint16_t cmp_op : {less, greater_equal, greater, less_equal}) {
-            services().reset();
-            direct_batch batch(GetParam(), how, std::size(literals), cmp_op);
-            uint32_t row = 0;
-            for (const literal_of &l : literals) {
-                services().character.literals[l.text] = l.reading;
-                batch.set_text(row, 0x40, l.text);
-                batch.expect_value(row, cmp_op == less || cmp_op == greater_equal ? l.upward : l.downward);
-                row++;
-            }
-            batch.run(0);
+    for (const uint16_t cmp_op : known_operators) {
+        std::vector<told_literal> told;
+        std::vector<std::string> texts;
+        for (const literal_of &l : literals) {
+            const bool is_whole = l.reading.status == 0;
+            told.push_back({l.text, l.reading,
+                            is_equality(cmp_op) && !is_whole
+                                ? above<int64_t>
+                                : gives<int64_t>(is_upward(cmp_op) ? l.upward : l.downward)});
+            texts.push_back(l.text);
         }
-        for (const uint16_t cmp_op : {equal, unequal}) {
-            services().reset();
-            services().character.literals = {{"5.5", {1, 5, '+'}}, {"-5.5", {1, -5, '-'}}};
-            direct_batch batch(GetParam(), how, 2, cmp_op);
-            batch.set_text(0, 1, "5.5");
-            batch.expect_verdict(0, verdict_above);
-            batch.set_text(1, 1, "-5.5");
-            batch.expect_verdict(1, verdict_above);
-            batch.run(0);
-        }
+        const row_cast c = column_cast(GetParam(), cmp_op, told);
+        for (const setup &how : all_setups())
+            expect_batch(c, how, rows_of(texts));
     }
 }
 
@@ -474,123 +391,66 @@ TEST_P(direct_integer, at_the_ends_of_the_range)
 {
     const rule &r = GetParam();
     for (const uint16_t cmp_op : known_operators) {
-        for (const setup &how : few_setups()) {
-            services().reset();
-            services().character.literals = {{"max", {0, r.greatest(), 'x'}},
-                                             {"min", {0, r.least(), 'x'}},
-                                             {"max.5", {1, r.greatest(), '+'}},
-                                             {"min.5", {1, r.least(), '-'}}};
-            direct_batch batch(r, how, 4, cmp_op);
-            batch.set_text(0, 1, "max");
-            batch.expect_value(0, r.greatest());
-            batch.set_text(1, 1, "min");
-            batch.expect_value(1, r.least());
-            batch.set_text(2, 1, "max.5");
-            batch.set_text(3, 1, "min.5");
-            if (cmp_op == less || cmp_op == greater_equal) {
-                batch.expect_verdict(2, verdict_above);
-                batch.expect_value(3, r.least());
-            } else if (cmp_op == greater || cmp_op == less_equal) {
-                batch.expect_value(2, r.greatest());
-                batch.expect_verdict(3, verdict_below);
-            } else {
-                batch.expect_verdict(2, verdict_above);
-                batch.expect_verdict(3, verdict_above);
-            }
-            SCOPED_TRACE("cmp_op " + std::to_string(cmp_op));
-            batch.run(0);
+        outcome<int64_t> above_max = above<int64_t>, below_min = above<int64_t>;
+        if (is_upward(cmp_op)) {
+            below_min = gives<int64_t>(r.least());
+        } else if (!is_equality(cmp_op)) {
+            above_max = gives<int64_t>(r.greatest());
+            below_min = below<int64_t>;
         }
+        const row_cast c = column_cast(r, cmp_op,
+                                       {{"max", {0, r.greatest(), 'x'}, gives<int64_t>(r.greatest())},
+                                        {"min", {0, r.least(), 'x'}, gives<int64_t>(r.least())},
+                                        {"max.5", {1, r.greatest(), '+'}, above_max},
+                                        {"min.5", {1, r.least(), '-'}, below_min}});
+        for (const setup &how : few_setups())
+            expect_batch(c, how, rows_of({"max", "min", "max.5", "min.5"}));
     }
 }
 
-TEST_P(direct_integer, the_first_text_that_is_no_number_stops)
+// Without a sample at the ends of the range, which a result above 0 takes out of it.
+TEST_P(direct_integer, the_first_failure_stops_with_the_code_of_the_parser)
 {
-    const uint32_t rows = 1024 + 40;
-    shared_texts texts(whole_numbers());
-    std::string bad = "no number", worse = "nor is this";
-    for (const setup &how : all_setups()) {
-        for (const uint32_t failing_row : {0U, 1U, 600U, 1023U, 1024U, 1025U, rows - 1}) {
-            for (const int32_t code : {-4321, INT32_MIN, ERR_ABOVE_RANGE + 1}) {
-                SCOPED_TRACE("failing row " + std::to_string(failing_row) + ", " + describe(how));
-                services().reset();
-                services().character.literals = {{bad, {code, int64_greatest, '+'}}, {worse, {-4322, 0, '+'}}};
-                direct_batch batch(GetParam(), how, rows, failing_row % 2 == 0 ? less : uint16_t{77});
-                for (uint32_t row = 0; row < rows; row++) {
-                    if (row == failing_row) {
-                        batch.set_element(row, 0x80, 9, bad.data());
-                        batch.expect_failure(row);
-                    } else if (row == failing_row + 1) {
-                        batch.set_element(row, 1, 11, worse.data());
-                    } else if (row % 5 == 2) {
-                        batch.set_null(row);
-                        if (row < failing_row)
-                            batch.expect_flag(row);
-                    } else {
-                        batch.source.set(row, 4, texts.element(row));
-                        if (row < failing_row)
-                            batch.expect_value(row, std::stoll(texts.text(row)));
-                    }
-                }
-                batch.run(code);
-            }
-        }
-    }
+    expect_stops(column_cast(GetParam(), less, {}, {"0", "7", "-7", "42"}));
+}
+
+TEST_P(direct_integer, a_text_that_is_no_number_fails_under_any_operator)
+{
+    for (const uint16_t cmp_op : {less, uint16_t{77}})
+        for (const int32_t code : {-4321, INT32_MIN, ERR_ABOVE_RANGE + 1})
+            expect_bad_elements(
+                column_cast(GetParam(), cmp_op, {{"no number", {code, int64_greatest, '+'}, {.status = code}}}),
+                {text_element("no number")});
 }
 
 TEST_P(direct_integer, a_failure_leaves_no_null_as_the_walk_has_it)
 {
-    for (const setup &how : all_setups()) {
-        for (const bool empty : {true, false}) {
-            services().reset();
-            services().character.literals = {{"huge", {ERR_ABOVE_RANGE, 0, '+'}}};
-            direct_batch batch(GetParam(), how, 3, less);
-            batch.set_text(0, 1, empty ? "" : "huge");
-            if (empty)
-                batch.expect_empty_text(0);
-            else
-                batch.expect_verdict(0, verdict_above);
-            batch.set_text(1, 1, "x");
-            batch.expect_failure(1);
-            batch.set_text(2, 1, "1");
-            batch.run(ERR_BAD_CONVERSION);
-        }
-    }
+    const row_cast c = column_cast(GetParam(), less, {{"huge", {ERR_ABOVE_RANGE, 0, '+'}, above<int64_t>}});
+    expect_failure_behind_empty_text(c);
+    for (const setup &how : all_setups())
+        expect_batch(c, how, rows_of({"huge", "x", "1"}));
 }
 
 TEST_P(direct_integer, the_low_16_bits_of_the_length_word_go_to_the_parser)
 {
-    std::string text(65536, '1');
-    for (const setup &how : few_setups()) {
-        for (const int32_t word :
-             {3, 65535, 65536 + 3, 65536 + 32768, 65536, 2 * 65536, 0x7FFF0000, -1, -65536, INT32_MIN, INT32_MIN + 2}) {
-            SCOPED_TRACE("length word " + std::to_string(word) + ", " + describe(how));
-            services().reset();
-            services().fail_call(0, -77); // what the digits are worth does not matter
-            direct_batch batch(GetParam(), how, 1, less);
-            batch.set_element(0, 1, word, text.data());
-            batch.expect_failure(0);
-            batch.run(-77);
-        }
-    }
+    const std::string text(65536, '1');
+    const row_cast c = column_cast(GetParam(), less);
+    for (const int32_t word :
+         {3, 65535, 65536 + 3, 65536 + 32768, 65536, 2 * 65536, 0x7FFF0000, -1, -65536, INT32_MIN, INT32_MIN + 2})
+        for (const setup &how : few_setups()) // what the digits are worth does not matter
+            expect_batch(c, how, {{1, element_of_length(word, text.data())}}, {.results = {{0, -77}}});
 }
 
 // An operator that is none leaves a literal that is not whole without a result: the row takes the one before it.
 TEST_P(direct_integer, an_unknown_operator_is_no_failure)
 {
-    for (const setup &how : all_setups()) {
-        for (const uint16_t cmp_op : unknown_operators) {
-            services().reset();
-            services().character.literals = {{"8.5", {1, 8, '+'}}, {"huge", {ERR_ABOVE_RANGE, 0, '+'}}};
-            direct_batch batch(GetParam(), how, 4, cmp_op);
-            batch.set_text(0, 1, "31");
-            batch.expect_value(0, 31);
-            batch.set_text(1, 2, "8.5");
-            batch.expect_value(1, 31);
-            batch.set_text(2, 3, "huge");
-            batch.expect_value(2, 31);
-            batch.set_text(3, 4, "-4");
-            batch.expect_value(3, -4);
-            batch.run(0);
+    for (const uint16_t cmp_op : unknown_operators) {
+        const row_cast c = column_cast(
+            GetParam(), cmp_op,
+            {{"8.5", {1, 8, '+'}, nothing<int64_t>}, {"huge", {ERR_ABOVE_RANGE, 0, '+'}, nothing<int64_t>}});
+        for (const setup &how : all_setups()) {
+            expect_batch(c, how, rows_of({"31", "8.5", "huge", "-4"}));
+            expect_batch(c, how, rows_of({"huge", "31"}));
         }
     }
 }
@@ -602,15 +462,11 @@ TEST(direct_integer_by_hand, an_int64_has_room_for_what_an_int_has_not)
 {
     for (const uint16_t cmp_op : known_operators) {
         services().reset();
-        direct_batch narrow(rules[0], few_setups().front(), 1, cmp_op);
-        narrow.set_text(0, 1, "2147483648");
-        narrow.expect_verdict(0, verdict_above);
-        narrow.run(0);
-        services().reset();
-        direct_batch wide(rules[1], few_setups().front(), 1, cmp_op);
-        wide.set_text(0, 1, "2147483648");
-        wide.expect_value(0, 2147483648);
-        wide.run(0);
+        const row_cast narrow = column_cast(rules[0], cmp_op, {{"2147483648", {0, 2147483648, 'x'}, above<int64_t>}});
+        const row_cast wide =
+            column_cast(rules[1], cmp_op, {{"2147483648", {0, 2147483648, 'x'}, gives<int64_t>(2147483648)}});
+        expect_batch(narrow, few_setups().front(), rows_of({"2147483648"}));
+        expect_batch(wide, few_setups().front(), rows_of({"2147483648"}));
     }
 }
 
