@@ -31,7 +31,7 @@ row_cast rule(const char *name, any_cast cast, row_flags flags, int32_t length)
         const auto element = input.as<bdta3_str>();
         if (element.length == 0)
             return row_outcome{.turns_null = true};
-        const int32_t read = std::min<int32_t>(static_cast<uint16_t>(element.length), 319);
+        const int32_t read = std::min<int32_t>(static_cast<uint16_t>(element.length), BCAST_NUMBER_TEXT_MAX);
         return row_outcome{
             .steps = {{makes_decimal_of_text(element, read, len, prec), service_failure::passes_its_code}},
             .element = image_of(made_decimal(bytes_at(element.text, read), len, prec))};

@@ -14,7 +14,7 @@
 namespace bcast::test {
 namespace {
 
-constexpr int32_t longest_read = 319; // bytes of a text that the parser gets
+constexpr int32_t longest_read = BCAST_NUMBER_TEXT_MAX; // bytes of a text that the parser gets
 
 enum class range { of_float, of_double, not_asked };
 

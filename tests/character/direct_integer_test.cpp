@@ -17,19 +17,18 @@ constexpr int64_t int32_greatest = std::numeric_limits<int32_t>::max();
 constexpr int64_t int64_least = std::numeric_limits<int64_t>::min();
 constexpr int64_t int64_greatest = std::numeric_limits<int64_t>::max();
 
-constexpr uint16_t less = '<', greater = '>', equal = '=', less_equal = 0x3f5, greater_equal = 0x3f6, unequal = 0x3f8;
+constexpr uint16_t less = BCAST_OP_LESS, greater = BCAST_OP_GREATER, equal = BCAST_OP_EQUAL,
+                   less_equal = BCAST_OP_LESS_EQUAL, greater_equal = BCAST_OP_GREATER_EQUAL, unequal = BCAST_OP_UNEQUAL;
 constexpr uint16_t known_operators[] = {less, greater, equal, less_equal, greater_equal, unequal};
 constexpr uint16_t unknown_operators[] = {0,    1,    0x3b, 0x3f,  0x3f4, 0x3f7, 0x3f9,  0x13c,  0x33d,
                                           0xf5, 0xf6, 0xf8, 0x83c, 0x7f5, 0xbf6, 0xff3e, 0x8000, 0xffff};
-
-enum : int32_t { verdict_none = INT32_MIN, verdict_below = 5, verdict_above = 6 };
 
 // ---- One literal ------------------------------------------------------------------------
 
 // What a low operation leaves behind.
 template <class Integer> struct outcome {
     int32_t status = 0;
-    int32_t verdict = verdict_none;
+    int32_t verdict = VERDICT_NONE;
     std::optional<Integer> result = {}; // if it was written
 
     friend bool operator==(const outcome &, const outcome &) = default;
@@ -78,8 +77,8 @@ template <class Integer> struct row_of_table {
 };
 
 template <class Integer> outcome<Integer> gives(int64_t value) { return {.result = static_cast<Integer>(value)}; }
-template <class Integer> constexpr outcome<Integer> above{.verdict = verdict_above};
-template <class Integer> constexpr outcome<Integer> below{.verdict = verdict_below};
+template <class Integer> constexpr outcome<Integer> above{.verdict = VERDICT_ABOVE};
+template <class Integer> constexpr outcome<Integer> below{.verdict = VERDICT_BELOW};
 template <class Integer> constexpr outcome<Integer> nothing{};
 
 template <class Integer> std::vector<row_of_table<Integer>> table()
@@ -273,7 +272,7 @@ row_outcome read(const row_input &input, const rule &r, const std::vector<told_l
     row.steps.push_back({parses_literal(element, length), service_failure::passes_its_code, made.status});
     number = made.result.value_or(number);
     int64_t stored = number;
-    if (made.verdict != verdict_none) {
+    if (made.verdict != VERDICT_NONE) {
         stored = 0;
         row.flag_over_element = static_cast<uint8_t>(made.verdict);
     }
