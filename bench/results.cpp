@@ -1,5 +1,7 @@
 #include "bench/results.h"
 
+#include "machine/level.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -25,14 +27,11 @@ std::string value_in(const char *file, const std::string &key)
     return "unknown";
 }
 
-const char *vector_extension()
+std::string best_level()
 {
-#ifdef __x86_64__
-    if (__builtin_cpu_supports("avx512bw"))
-        return ", AVX-512";
-    if (__builtin_cpu_supports("avx2"))
-        return ", AVX2";
-#endif
+    for (const machine::level each : {machine::level::avx512, machine::level::avx2})
+        if (machine::has(each))
+            return std::string(", ") + machine::name_of(each);
     return "";
 }
 
@@ -117,7 +116,7 @@ void results::write_csv() const
 {
     std::ofstream out(csv);
     out << "# date: " << today() << '\n'
-        << "# processor: " << value_in("/proc/cpuinfo", "model name") << vector_extension() << '\n'
+        << "# processor: " << value_in("/proc/cpuinfo", "model name") << best_level() << '\n'
         << "# cores: " << std::thread::hardware_concurrency() << '\n'
         << "# system: " << value_in("/etc/os-release", "PRETTY_NAME") << '\n'
         << "# compiler: " << compiler() << '\n'
