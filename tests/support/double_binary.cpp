@@ -64,7 +64,7 @@ std::optional<std::string> binary_answers::bytes_of(const std::string &text, boo
 {
     if (const auto known = decoded.find(text); known != decoded.end())
         return known->second;
-    return bytes_of_digits(std::string_view(text).substr(has_prefix ? 2 : 0));
+    return bytes_of_digits(has_prefix && text.size() >= 2 ? std::string_view(text).substr(2) : text);
 }
 
 std::string binary_answers::text_of(const std::string &bytes) const
