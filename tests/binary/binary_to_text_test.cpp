@@ -2,8 +2,8 @@
 // is too long, in pad_len, and in whether they go through a working value; each name against its own line of the table
 // below.
 
-#include "tests/character/text_rows.h"
-#include "tests/support/settings.h"
+#include "tests/support/row_cast.h"
+#include "tests/support/text_element.h"
 
 #include <algorithm>
 #include <limits>
@@ -16,261 +16,207 @@ using namespace std::string_literals;
 constexpr int32_t int32_least = std::numeric_limits<int32_t>::min();
 constexpr int32_t int32_greatest = std::numeric_limits<int32_t>::max();
 
-enum class route { direct, working_value }; // from the digits to the column
 enum class longer { refused, cut };
 enum class pad { rest_of_length, nothing };
-enum class failures { stop, captured_or_stop };
 enum class large_value { clears_flag, keeps_flag };
 
-struct rule {
-    const char *name;
-    any_cast cast;
-    route by;
-    longer when_longer;
-    pad padding;
-    failures protocol;
-    large_value flag_of_large = large_value::clears_flag;
+bool is_large(const bdta3_str &element) { return element.length < 0 || element.length > 32767; }
 
-    bool by_working_value() const { return by == route::working_value; }
-    int32_t pad_len(int32_t length, const std::string &stored) const
-    {
-        return padding == pad::rest_of_length ? length - static_cast<int32_t>(stored.size()) : 0;
+// What the service makes of the row's bytes, up to its terminator.
+std::string text_of(const bdta3_str &element)
+{
+    return services().binary.text_of(bytes_at(element.text, element.length)).c_str();
+}
+
+// From the digits straight to the column.
+row_outcome show(const row_input &input, longer when_longer, pad padding)
+{
+    const auto element = input.as<bdta3_str>();
+    if (is_large(element))
+        return {.status = ERR_TRUNCATED};
+    row_outcome outcome{.steps = {{spells(element), service_failure::passes_its_code}}};
+    const int32_t length = input.cast.length;
+    std::string text = text_of(element);
+    if (static_cast<int32_t>(text.size()) > length) {
+        if (when_longer == longer::refused) {
+            outcome.status = ERR_TRUNCATED;
+            return outcome;
+        }
+        text.resize(static_cast<size_t>(length));
     }
+    const int32_t pad_len = padding == pad::rest_of_length ? length - static_cast<int32_t>(text.size()) : 0;
+    outcome.steps.push_back({assigns_text(input.target, input.row, text, pad_len)});
+    outcome.text = {text, pad_len};
+    return outcome;
+}
+
+struct trimmed {
+    std::string text;
+    int32_t blanks;
+
+    friend bool operator==(const trimmed &, const trimmed &) = default;
 };
 
-void PrintTo(const rule &r, std::ostream *out) { *out << r.name; }
+// From the end, NUL bytes first, and then blanks, which are counted.
+trimmed trim(std::string held)
+{
+    held.erase(held.find_last_not_of('\0') + 1);
+    const std::string text = held.substr(0, held.find_last_not_of(' ') + 1);
+    return {text, static_cast<int32_t>(held.size() - text.size())};
+}
 
-using enum route;
+// What becomes of the digits by way of the working value. The length of what that holds is what has to fit, so what is
+// trimmed off counts. To varchar the blanks that were trimmed are counted; to char what is left of the length.
+row_outcome hold_and_trim(const row_input &input, const std::string &digits, pad padding)
+{
+    row_outcome outcome{.steps = {{spells(input.as<bdta3_str>()), service_failure::is_not_looked_at},
+                                  {holds_text(digits, input.first ? fresh_value : kept_value)}}};
+    const std::string held = services().binary.held_of(digits);
+    const int32_t length = input.cast.length;
+    if (static_cast<int32_t>(held.size()) > length) {
+        outcome.status = ERR_TRUNCATED;
+        return outcome;
+    }
+    const auto &[text, blanks] = trim(held);
+    const int32_t pad_len = padding == pad::rest_of_length ? length - static_cast<int32_t>(text.size()) : blanks;
+    outcome.steps.push_back({assigns_text(input.target, input.row, text, pad_len)});
+    outcome.text = {text, pad_len};
+    return outcome;
+}
+
+row_outcome show_by_working_value(const row_input &input, pad padding, large_value flag_of_large)
+{
+    const auto element = input.as<bdta3_str>();
+    if (is_large(element))
+        return {.status = ERR_TRUNCATED, .failure_keeps_flag = flag_of_large == large_value::keeps_flag};
+    row_outcome outcome = hold_and_trim(input, text_of(element), padding);
+    outcome.behind_failure = [=, &input](row_outcome &failed) {
+        const row_outcome left = hold_and_trim(input, digits_of_failure(static_cast<size_t>(element.length)), padding);
+        failed.steps = left.steps;
+        failed.status = left.status;
+        failed.text = left.text;
+    };
+    return outcome;
+}
+
+// None is longer than 5 bytes.
+const std::vector<std::string> samples{"\xAB", "",          "\xAB\0"s,   "\x12\x34\x56",
+                                       "\0"s,  "\xCD\xEF"s, "\xFF\xFF"s, "\x01\x23\x45\x67\x89"};
+
+row_cast rule(const char *name, any_cast cast)
+{
+    return {.name = name,
+            .cast = cast,
+            .to_bytes = sizeof(bdta3_str),
+            .flags = row_flags::copied,
+            .no_null_ahead = true,
+            .failure_clears_flag = true,
+            .samples = text_elements(samples),
+            .convert = {},
+            .length = 12,
+            .null_element = element_of_length(5)};
+}
+
+row_cast direct(const char *name, any_cast cast, longer when_longer, pad padding)
+{
+    row_cast c = rule(name, cast);
+    c.convert = [=](const row_input &input) { return show(input, when_longer, padding); };
+    return c;
+}
+
+// The working value is released behind the last row, and only there: behind a stop it stays as it is.
+row_cast by_working_value(const char *name, any_cast cast, pad padding, large_value flag_of_large)
+{
+    row_cast c = rule(name, cast);
+    c.convert = [=](const row_input &input) { return show_by_working_value(input, padding, flag_of_large); };
+    c.at_end = {clears_value()};
+    return c;
+}
+
 using enum longer;
 using enum pad;
-using enum failures;
 using enum large_value;
 
 #define NAMED(cast) #cast, &cast
-const rule rules[] = {
-    {NAMED(bcast_varbinary_to_char), direct, refused, rest_of_length, captured_or_stop},
-    {NAMED(bcast_varbinary_to_varchar), direct, refused, nothing, captured_or_stop},
-    {NAMED(bcast_varbinary_to_char_explicit), direct, cut, rest_of_length, stop},
-    {NAMED(bcast_varbinary_to_varchar_explicit), direct, cut, nothing, stop},
-    {NAMED(bcast_varbinary_to_hex_char), working_value, refused, rest_of_length, stop, keeps_flag},
-    {NAMED(bcast_varbinary_to_hex_varchar), working_value, refused, nothing, stop},
-    {NAMED(bcast_binary_to_char), direct, refused, rest_of_length, captured_or_stop},
-    {NAMED(bcast_binary_to_varchar2), direct, refused, rest_of_length, captured_or_stop},
-    {NAMED(bcast_varbinary_to_varchar2), direct, refused, rest_of_length, captured_or_stop},
-    {NAMED(bcast_binary_to_varchar), direct, refused, nothing, captured_or_stop},
-    {NAMED(bcast_binary_to_hex_char), working_value, refused, rest_of_length, stop, keeps_flag},
-    {NAMED(bcast_binary_to_hex_varchar2), working_value, refused, rest_of_length, stop, keeps_flag},
-    {NAMED(bcast_varbinary_to_hex_varchar2), working_value, refused, rest_of_length, stop, keeps_flag},
-    {NAMED(bcast_binary_to_hex_varchar), working_value, refused, nothing, stop},
-};
+std::vector<row_cast> direct_casts()
+{
+    return {
+        direct(NAMED(bcast_varbinary_to_char), refused, rest_of_length),
+        direct(NAMED(bcast_varbinary_to_varchar), refused, nothing),
+        direct(NAMED(bcast_varbinary_to_char_explicit), cut, rest_of_length),
+        direct(NAMED(bcast_varbinary_to_varchar_explicit), cut, nothing),
+        direct(NAMED(bcast_binary_to_char), refused, rest_of_length),
+        direct(NAMED(bcast_binary_to_varchar2), refused, rest_of_length),
+        direct(NAMED(bcast_varbinary_to_varchar2), refused, rest_of_length),
+        direct(NAMED(bcast_binary_to_varchar), refused, nothing),
+    };
+}
+
+std::vector<row_cast> casts_by_working_value()
+{
+    return {
+        by_working_value(NAMED(bcast_varbinary_to_hex_char), rest_of_length, keeps_flag),
+        by_working_value(NAMED(bcast_varbinary_to_hex_varchar), nothing, clears_flag),
+        by_working_value(NAMED(bcast_binary_to_hex_char), rest_of_length, keeps_flag),
+        by_working_value(NAMED(bcast_binary_to_hex_varchar2), rest_of_length, keeps_flag),
+        by_working_value(NAMED(bcast_varbinary_to_hex_varchar2), rest_of_length, keeps_flag),
+        by_working_value(NAMED(bcast_binary_to_hex_varchar), nothing, clears_flag),
+    };
+}
 #undef NAMED
 
-struct value_rows : text_rows {
-    const rule &r;
-    int32_t length;
-    std::map<uint32_t, int32_t> failed = {};
-    bool value_used = false;
+std::vector<row_cast> all_casts()
+{
+    std::vector<row_cast> all = direct_casts();
+    std::ranges::copy(casts_by_working_value(), std::back_inserter(all));
+    return all;
+}
 
-    value_rows(const rule &of, const setup &given, uint32_t row_count, int32_t target_length)
-        : text_rows(given, row_count, sizeof(bdta3_str)), r(of), length(target_length)
-    {
-        expected.no_null = how.no_null;
-    }
+bool cuts(const row_cast &c) { return std::string_view(c.name).ends_with("_explicit"); }
 
-    void expect_null(uint32_t row) { expected.flags[row] = 0; }
+std::string name_of(const testing::TestParamInfo<row_cast> &each) { return each.param.name; }
 
-    // The row's bytes are spelled by this text.
-    void expect_spelled(uint32_t row, const std::string &text)
-    {
-        calls.push_back(spells(element(row)));
-        if (!r.by_working_value())
-            return;
-        calls.push_back(holds_text(text, value_used ? kept_value : fresh_value));
-        value_used = true;
-    }
-
-    void expect_stored(uint32_t row, const std::string &stored, int32_t pad_len)
-    {
-        expected.flags[row] = source.flag(row);
-        expected.texts[row] = {stored, pad_len};
-        calls.push_back(assigns_text(target.column(), row, stored, pad_len));
-    }
-
-    // The row's bytes are spelled by this text, and it is stored, cut or refused.
-    void expect_text(uint32_t row, const std::string &text)
-    {
-        expect_spelled(row, text);
-        const bool too_long = static_cast<int32_t>(text.size()) > length;
-        if (too_long && r.when_longer == refused) {
-            expect_failure(row, ERR_TRUNCATED);
-            return;
-        }
-        const std::string stored = too_long ? text.substr(0, static_cast<size_t>(length)) : text;
-        expect_stored(row, stored, r.pad_len(length, stored));
-    }
-
-    void expect_failure(uint32_t row, int32_t code)
-    {
-        expected.flags[row] = 0;
-        failed[row] = code;
-    }
-
-    // Longer than any value that is spelled.
-    void set_large(uint32_t row, uint8_t flag, int32_t value_length = 32768)
-    {
-        set_element(row, flag, value_length, static_cast<char *>(inaccessible()));
-    }
-    void expect_large_refused(uint32_t row)
-    {
-        expect_failure(row, ERR_TRUNCATED);
-        if (r.flag_of_large == keeps_flag)
-            expected.flags[row] = source.flag(row);
-    }
-
-    int32_t run(int32_t *err_codes = nullptr, uint16_t *err_count = nullptr)
-    {
-        return call(r.cast, {.src = source.sealed(),
-                             .dst = target.column(),
-                             .rows = rows,
-                             .length = length,
-                             .err_codes = err_codes,
-                             .err_count = err_count});
-    }
-
-    // The working value is released behind the last row, and only there.
-    void expect_end()
-    {
-        if (r.by_working_value())
-            calls.push_back(clears_value());
-    }
-
-    void expect_success()
-    {
-        ASSERT_TRUE(failed.empty());
-        expect_end();
-        expect(run(), 0);
-    }
-
-    // Without err_codes nobody looks at the counter, be it there or not.
-    void expect_stop()
-    {
-        ASSERT_FALSE(failed.empty());
-        expect(run(nullptr, static_cast<uint16_t *>(inaccessible())), failed.begin()->second);
-    }
-
-    void expect_capture(uint16_t count_before)
-    {
-        failure_record record(rows, count_before);
-        expect_end();
-        expect(run(record.codes(), record.count()), failed.empty() ? 0 : failed.rbegin()->second);
-        EXPECT_TRUE(record.hold(failed));
-    }
-
-    void expect_success_or_stop() { failed.empty() ? expect_success() : expect_stop(); }
-};
-
-// None is longer than 5 bytes.
-const std::vector<std::string> values{"\xAB", "",          "\xAB\0"s,   "\x12\x34\x56",
-                                      "\0"s,  "\xCD\xEF"s, "\xFF\xFF"s, "\x01\x23\x45\x67\x89"};
-
-const std::string &value_of(uint32_t row) { return values[row % values.size()]; }
-
-class binary_to_text : public testing::TestWithParam<rule> {
+class binary_to_text : public testing::TestWithParam<row_cast> {
 protected:
     void SetUp() override { services().reset(); }
 
-    shared_texts values_{values};
+    row_cast c = GetParam();
+
+    void expect_with_length(int32_t length, const std::vector<batch_row> &rows, const setup &how = few_setups().front(),
+                            const batch_plan &plan = {})
+    {
+        c.length = length;
+        expect_batch(c, how, rows, plan);
+    }
 };
 
-TEST_P(binary_to_text, rows_are_spelled_and_null_rows_left_out)
+TEST_P(binary_to_text, rows_are_spelled_and_null_rows_left_out) { expect_rows_and_null_rows(c); }
+
+TEST_P(binary_to_text, null_rows_are_not_looked_into)
 {
-    constexpr uint8_t flags[] = {1, 0, 2, 0x80, 0, 0xFF, 1};
-    for (const setup &how : all_setups()) {
-        for (const uint32_t rows : {0U, 1U, 2U, 30U, 1023U, 1025U}) {
-            SCOPED_TRACE(std::to_string(rows) + " rows, " + describe(how));
-            services().reset();
-            value_rows batch(GetParam(), how, rows, 12);
-            for (uint32_t row = 0; row < rows; row++) {
-                const uint8_t flag = flags[row % std::size(flags)];
-                if (flag == 0) {
-                    batch.set_null(row);
-                    batch.expect_null(row);
-                } else {
-                    batch.source.set(row, flag, values_.element(row));
-                    batch.expect_text(row, digits_of(value_of(row)));
-                }
-            }
-            batch.expect_success();
-        }
-    }
+    c.length = 0;
+    expect_null_rows_unread(c);
+    // Nor asked for their length.
+    c.null_element = element_of_length(32768);
+    expect_batch(c, few_setups().front(), {{0, ""}, {1, text_element("")}, {0, ""}});
 }
 
-TEST_P(binary_to_text, batches_of_null_rows_only_spell_nothing)
-{
-    for (const setup &how : all_setups()) {
-        services().reset();
-        value_rows batch(GetParam(), how, 1030, 0);
-        for (uint32_t row = 0; row < 1030; row++) {
-            batch.set_element(row, 0, 32768, nullptr); // too long, which a null row is not asked for
-            batch.expect_null(row);
-        }
-        batch.expect_success();
-    }
-}
-
-TEST_P(binary_to_text, the_largest_batch)
-{
-    value_rows batch(GetParam(), few_setups()[2], 65535, 10);
-    for (uint32_t row = 0; row < 65535; row++) {
-        batch.source.set(row, 1, values_.element(row));
-        batch.expect_text(row, digits_of(value_of(row)));
-    }
-    batch.expect_success();
-}
-
-TEST_P(binary_to_text, only_the_low_16_bits_of_rows_count)
-{
-    for (const uint32_t rows : {0U, 1U}) {
-        services().reset();
-        value_rows batch(GetParam(), few_setups().front(), rows, 4);
-        if (rows == 1) {
-            batch.set_text(0, 1, "\x5A");
-            batch.expect_text(0, "5A");
-        }
-        batch.expect_end();
-        batch.expect(
-            call_with_wide_rows(
-                batch.r.cast,
-                {.src = batch.source.sealed(), .dst = batch.target.column(), .rows = 0x10000 + rows, .length = 4}),
-            0);
-    }
-}
+TEST_P(binary_to_text, every_row_count_up_to_the_largest) { expect_row_counts(c); }
 
 TEST_P(binary_to_text, an_empty_value_is_an_empty_text_in_every_mode)
 {
+    c.compat_mode2 = 2;
     for (const int32_t mode : {0, 1, 2, 3}) {
-        for (const int32_t length : {0, 1, 5}) {
-            services().reset();
-            const settings these(mode, 2);
-            value_rows batch(GetParam(), few_setups()[1], 2, length);
-            batch.set_element(0, 1, 0, static_cast<char *>(inaccessible()));
-            batch.expect_text(0, "");
-            batch.set_text(1, 0x40, "");
-            batch.expect_text(1, "");
-            batch.expect_success();
-        }
+        c.compat_mode = mode;
+        for (const int32_t length : {0, 1, 5})
+            expect_with_length(length, {{1, element_of_length(0)}, {0x40, text_element("")}}, few_setups()[1]);
     }
 }
 
 TEST_P(binary_to_text, the_pad_len_of_the_source_is_not_looked_at)
 {
-    for (const int32_t pad_len : {0, 1, 7, int32_greatest, -1}) {
-        services().reset();
-        value_rows batch(GetParam(), few_setups().front(), 1, 6);
-        batch.set_text(0, 1, "\xA1\xB2", pad_len);
-        batch.expect_text(0, "A1B2");
-        batch.expect_success();
-    }
+    for (const int32_t pad_len : {0, 1, 7, int32_greatest, -1})
+        expect_with_length(6, {{1, text_element("\xA1\xB2", pad_len)}});
 }
 
 // ---- The target's length ----------------------------------------------------------------
@@ -278,47 +224,37 @@ TEST_P(binary_to_text, the_pad_len_of_the_source_is_not_looked_at)
 // Working values of more and of less than 48 bytes among them.
 TEST_P(binary_to_text, texts_around_the_length_of_the_target)
 {
-    for (const setup &how : few_setups()) {
-        for (const size_t size : {size_t{1}, size_t{2}, size_t{3}, size_t{23}, size_t{24}, size_t{25}, size_t{40}}) {
-            const auto digits = static_cast<int32_t>(2 * size);
-            for (const int32_t length : {0, 1, digits - 2, digits - 1, digits, digits + 1, 3 * digits}) {
-                SCOPED_TRACE(std::to_string(size) + " bytes, length " + std::to_string(length) + ", " + describe(how));
-                services().reset();
-                value_rows batch(GetParam(), how, 1, length);
-                std::string value(size, '\0');
-                for (size_t k = 0; k < size; k++)
-                    value[k] = static_cast<char>(0x9A + 0x11 * k);
-                batch.set_text(0, 0x80, value);
-                batch.expect_text(0, digits_of(value));
-                batch.expect_success_or_stop();
-            }
-        }
+    for (const size_t size : {size_t{1}, size_t{2}, size_t{3}, size_t{23}, size_t{24}, size_t{25}, size_t{40}}) {
+        const auto digits = static_cast<int32_t>(2 * size);
+        std::string value(size, '\0');
+        for (size_t k = 0; k < size; k++)
+            value[k] = static_cast<char>(0x9A + 0x11 * k);
+        for (const setup &how : few_setups())
+            for (const int32_t length : {0, 1, digits - 2, digits - 1, digits, digits + 1, 3 * digits})
+                expect_with_length(length, {{0x80, text_element(value)}}, how);
     }
 }
 
-TEST_P(binary_to_text, the_length_is_signed_and_all_its_bits_count)
+TEST_P(binary_to_text, all_bits_of_the_length_count)
 {
-    const rule &r = GetParam();
-    for (const int32_t length : {0x10000, 0x10003, 0x7FFF0000, int32_greatest}) {
-        services().reset();
-        value_rows batch(r, few_setups().front(), 1, length);
-        batch.set_text(0, 1, "\x12\x34");
-        batch.expect_text(0, "1234");
-        batch.expect_success();
-    }
+    for (const int32_t length : {0x10000, 0x10003, 0x7FFF0000, int32_greatest})
+        expect_with_length(length, {{1, text_element("\x12\x34")}});
+}
+
+TEST_P(binary_to_text, a_text_longer_than_less_than_nothing_is_refused_or_handed_on_as_it_is)
+{
     for (const int32_t length : {-1, -0x10000 + 8, int32_least, int32_least + 8}) {
-        for (const std::string value : {"", "\x12"}) {
-            SCOPED_TRACE(std::to_string(value.size()) + " bytes, length " + std::to_string(length));
-            services().reset();
-            value_rows batch(r, few_setups().front(), 1, length);
-            batch.set_text(0, 1, value);
-            if (r.when_longer == refused) {
-                batch.expect_text(0, digits_of(value));
-                batch.expect_stop();
+        for (const char *value : {"", "\x12"}) {
+            if (!cuts(c)) {
+                expect_with_length(length, {{1, text_element(value)}});
                 continue;
             }
-            // A cut to less than nothing is handed on as it is.
-            EXPECT_EQ(batch.run(), 0);
+            // Written out, since there is no element of such a length.
+            services().reset();
+            source_column source(sizeof(bdta3_str), 1, few_setups().front());
+            source.set_bytes(0, 1, text_element(value));
+            target_column target(sizeof(bdta3_str), 1);
+            ASSERT_EQ(call(c.cast, {.src = source.sealed(), .dst = target.column(), .rows = 1, .length = length}), 0);
             ASSERT_EQ(services().log().size(), 2U);
             EXPECT_EQ(services().log().back().service, "bdta3_col_assign_str");
             EXPECT_EQ(services().log().back().length, length);
@@ -332,15 +268,9 @@ TEST_P(binary_to_text, the_text_ends_at_its_terminator)
 {
     const std::string value = "\x11\x22\x33\x44";
     for (const char *text : {"", "1", "11", "1122334", "11223344"}) {
-        for (const int32_t length : {0, 2, 7, 9}) {
-            SCOPED_TRACE("text \""s + text + "\", length " + std::to_string(length));
-            services().reset();
-            services().binary.spelled[value] = text;
-            value_rows batch(GetParam(), few_setups().front(), 1, length);
-            batch.set_text(0, 1, value);
-            batch.expect_text(0, text);
-            batch.expect_success_or_stop();
-        }
+        services().binary.spelled[value] = text;
+        for (const int32_t length : {0, 2, 7, 9})
+            expect_with_length(length, {{1, text_element(value)}});
     }
 }
 
@@ -350,24 +280,17 @@ TEST_P(binary_to_text, the_first_terminator_counts)
     const std::string value = "\x11\x22\x33\x44";
     for (const std::string &text : {"\0001122334"s, "11\0\0\0\0\0\0"s, "1122\000334"s, "1122334\0"s}) {
         ASSERT_EQ(text.size(), 8U);
-        services().reset();
         services().binary.spelled[value] = text;
-        value_rows batch(GetParam(), few_setups().front(), 1, 8);
-        batch.set_text(0, 1, value);
-        batch.expect_text(0, text.c_str());
-        batch.expect_success();
+        expect_with_length(8, {{1, text_element(value)}});
     }
 }
 
 TEST_P(binary_to_text, a_long_text_leaves_nothing_in_a_short_one_behind_it)
 {
-    value_rows batch(GetParam(), few_setups().front(), 4, 100);
-    const std::string row_values[] = {std::string(50, '\x77'), "\x01", std::string(30, '\x66'), ""};
-    for (uint32_t row = 0; row < 4; row++) {
-        batch.set_text(row, 1, row_values[row]);
-        batch.expect_text(row, digits_of(row_values[row]));
-    }
-    batch.expect_success();
+    std::vector<batch_row> rows;
+    for (const std::string &value : {std::string(50, '\x77'), "\x01"s, std::string(30, '\x66'), ""s})
+        rows.push_back({1, text_element(value)});
+    expect_with_length(100, rows);
 }
 
 // ---- Large values -------------------------------------------------------------------------
@@ -379,373 +302,164 @@ TEST_P(binary_to_text, values_up_to_32767_bytes_are_spelled)
         std::string value(size, '\x9D');
         value.front() = '\x12';
         value.back() = '\x34';
-        for (const int32_t length : {digits - 1, digits, digits + 1, 65534, 65536, 100000}) {
-            SCOPED_TRACE(std::to_string(size) + " bytes, length " + std::to_string(length));
-            services().reset();
-            value_rows batch(GetParam(), few_setups().front(), 1, length);
-            batch.set_text(0, 1, value);
-            batch.expect_text(0, digits_of(value));
-            batch.expect_success_or_stop();
-        }
+        for (const int32_t length : {digits - 1, digits, digits + 1, 65534, 65536, 100000})
+            expect_with_length(length, {{1, text_element(value)}});
     }
 }
 
 TEST_P(binary_to_text, values_above_32767_bytes_are_refused_without_a_look)
 {
-    for (const setup &how : few_setups()) {
+    for (const setup &how : few_setups())
         for (const int32_t value_length :
-             {32768, 32769, 65535, 65536, 65537, 0x20001, int32_greatest, -1, -65535, int32_least, int32_least + 1}) {
-            for (const int32_t length : {0, 1, 65536, int32_greatest}) {
-                SCOPED_TRACE(std::to_string(value_length) + " bytes, length " + std::to_string(length) + ", " +
-                             describe(how));
-                services().reset();
-                value_rows batch(GetParam(), how, 1, length);
-                batch.set_large(0, 0x83, value_length);
-                batch.expect_large_refused(0);
-                batch.expect_stop();
-            }
-        }
-    }
+             {32768, 32769, 65535, 65536, 65537, 0x20001, int32_greatest, -1, -65535, int32_least, int32_least + 1})
+            for (const int32_t length : {0, 1, 65536, int32_greatest})
+                expect_with_length(length, {{0x83, element_of_length(value_length)}}, how);
 }
 
-// ---- Failures -----------------------------------------------------------------------------
-
-enum class failure { large_value, text_too_long, of_service };
-
-TEST_P(binary_to_text, the_first_failure_stops)
+TEST_P(binary_to_text, a_value_above_32767_bytes_fails_in_any_row)
 {
-    const rule &r = GetParam();
-    const uint32_t rows = 1024 + 40;
-    for (const failure kind : {failure::large_value, failure::text_too_long, failure::of_service}) {
-        if (kind == failure::text_too_long && r.when_longer == cut)
-            continue;
-        if (kind == failure::of_service && r.by_working_value())
-            continue; // which do not look: see below
-        for (const setup &how : few_setups()) {
-            for (const uint32_t failing_row : {0U, 1U, 600U, 1023U, 1024U, rows - 1}) {
-                SCOPED_TRACE("kind " + std::to_string(static_cast<int>(kind)) + ", failing row " +
-                             std::to_string(failing_row) + ", " + describe(how));
-                services().reset();
-                services().answer("nbin_to_char_ex", "no", -4321);
-                value_rows batch(r, how, rows, 10);
-                for (uint32_t row = 0; row < rows; row++) {
-                    if (row == failing_row && kind == failure::large_value) {
-                        batch.set_large(row, 0x80);
-                        batch.expect_large_refused(row);
-                    } else if (row == failing_row && kind == failure::text_too_long) {
-                        batch.set_text(row, 0x80, "\x11\x22\x33\x44\x55\x66");
-                        batch.expect_text(row, "112233445566");
-                    } else if (row == failing_row) {
-                        batch.set_text(row, 0x80, "no");
-                        batch.expect_spelled(row, "");
-                        batch.expect_failure(row, -4321);
-                    } else if (row == failing_row + 1) {
-                        batch.set_large(row, 1); // would fail too
-                    } else if (row % 5 == 2) {
-                        batch.set_null(row);
-                        if (row < failing_row)
-                            batch.expect_null(row);
-                    } else {
-                        batch.source.set(row, 4, values_.element(row));
-                        if (row < failing_row)
-                            batch.expect_text(row, digits_of(value_of(row)));
-                    }
-                }
-                batch.expect_stop();
-            }
-        }
-    }
+    expect_bad_elements(c, {element_of_length(32768)});
 }
 
-INSTANTIATE_TEST_SUITE_P(casts, binary_to_text, testing::ValuesIn(rules),
-                         [](const auto &each) { return std::string(each.param.name); });
+// ---- The text and the service ---------------------------------------------------------------
 
-template <class Predicate> std::vector<rule> rules_that(Predicate holds)
+// Where it is cut, no row fails.
+TEST_P(binary_to_text, a_text_that_is_too_long_fails_or_is_cut_in_any_row)
 {
-    std::vector<rule> such;
-    std::ranges::copy_if(rules, std::back_inserter(such), holds);
-    return such;
+    c.length = 10;
+    expect_bad_elements(c, {text_element("\x11\x22\x33\x44\x55\x66")});
 }
+
+// By way of a working value nobody looks at it, and what it left is shown.
+TEST_P(binary_to_text, a_failure_of_the_service_stops_with_its_code_or_is_not_looked_at) { expect_stops(c); }
+
+INSTANTIATE_TEST_SUITE_P(casts, binary_to_text, testing::ValuesIn(all_casts()), name_of);
 
 // ---- Without a working value ----------------------------------------------------------------
 
 class binary_to_text_directly : public binary_to_text {};
 
-TEST_P(binary_to_text_directly, codes_of_the_service_pass_through)
-{
-    for (const int32_t code : {-1, -503, -6108, -6111, int32_least}) {
-        services().reset();
-        services().fail_call(0, code);
-        value_rows batch(GetParam(), few_setups().front(), 1, 10);
-        batch.set_text(0, 1, "\x01");
-        batch.expect_spelled(0, "");
-        batch.expect_failure(0, code);
-        batch.expect_stop();
-    }
-}
-
-TEST_P(binary_to_text_directly, results_above_zero_are_successes)
-{
-    services().answer("nbin_to_char_ex", "\x01", 1);
-    services().answer("nbin_to_char_ex", "\x02", int32_greatest);
-    value_rows batch(GetParam(), few_setups().front(), 2, 3);
-    batch.set_text(0, 1, "\x01");
-    batch.expect_text(0, "01");
-    batch.set_text(1, 1, "\x02");
-    batch.expect_text(1, "02");
-    batch.expect_success();
-}
-
 TEST_P(binary_to_text_directly, blanks_of_the_text_are_text)
 {
     const std::string value = "\x11\x22\x33";
     for (const char *text : {"11  ", "    ", " 1"}) {
-        services().reset();
         services().binary.spelled[value] = text;
-        value_rows batch(GetParam(), few_setups().front(), 1, 6);
-        batch.set_text(0, 1, value);
-        batch.expect_text(0, text);
-        batch.expect_success();
+        expect_with_length(6, {{1, text_element(value)}});
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(casts, binary_to_text_directly,
-                         testing::ValuesIn(rules_that([](const rule &r) { return !r.by_working_value(); })),
-                         [](const auto &each) { return std::string(each.param.name); });
+INSTANTIATE_TEST_SUITE_P(casts, binary_to_text_directly, testing::ValuesIn(direct_casts()), name_of);
 
 // ---- Captured failures ----------------------------------------------------------------------
 
 class binary_to_text_capture : public binary_to_text {};
 
-TEST_P(binary_to_text_capture, failures_are_captured_by_row_of_the_batch)
-{
-    const uint32_t rows = 2100;
-    const std::map<uint32_t, int32_t> refused_by_service{{0, -1}, {600, -503}, {1024, -8}, {2048, -6111}};
-    for (const setup &how : all_setups()) {
-        for (const uint32_t last_failure : {2097U, rows - 1}) {
-            for (const uint32_t large_row : {1U, last_failure}) {
-                SCOPED_TRACE("last failure " + std::to_string(last_failure) + ", " + describe(how));
-                services().reset();
-                value_rows batch(GetParam(), how, rows, 10);
-                for (uint32_t row = 0; row < rows; row++) {
-                    if (const auto refusal = refused_by_service.find(row); refusal != refused_by_service.end()) {
-                        const std::string value = "bad " + std::to_string(row);
-                        services().answer("nbin_to_char_ex", value, refusal->second);
-                        batch.set_text(row, 0x80, value);
-                        batch.expect_spelled(row, "");
-                        batch.expect_failure(row, refusal->second);
-                    } else if (row == large_row) {
-                        batch.set_large(row, 0x81);
-                        batch.expect_large_refused(row);
-                    } else if (row == 1023 || row == last_failure) {
-                        batch.set_text(row, 0x82, "\x11\x22\x33\x44\x55\x66");
-                        batch.expect_text(row, "112233445566");
-                    } else if (row % 5 == 2) {
-                        batch.set_null(row);
-                        batch.expect_null(row);
-                    } else {
-                        batch.source.set(row, 4, values_.element(row));
-                        batch.expect_text(row, digits_of(value_of(row)));
-                    }
-                }
-                batch.expect_capture(9);
-            }
-        }
-    }
-}
+TEST_P(binary_to_text_capture, failures_are_captured_by_row_of_the_batch) { expect_captures(c); }
 
 TEST_P(binary_to_text_capture, the_last_code_is_the_result)
 {
-    for (const int32_t code : {-1, -7000, int32_least}) {
-        services().reset();
-        services().answer("nbin_to_char_ex", "first", -2);
-        services().answer("nbin_to_char_ex", "last", code);
-        value_rows batch(GetParam(), few_setups().back(), 4, 10);
-        batch.set_text(0, 1, "first");
-        batch.expect_spelled(0, "");
-        batch.expect_failure(0, -2);
-        batch.set_large(1, 1);
-        batch.expect_large_refused(1);
-        batch.set_text(2, 1, "last");
-        batch.expect_spelled(2, "");
-        batch.expect_failure(2, code);
-        batch.set_text(3, 1, "\x33");
-        batch.expect_text(3, "33");
-        batch.expect_capture(0);
-    }
-}
-
-TEST_P(binary_to_text_capture, the_counter_wraps_at_16_bits)
-{
-    value_rows batch(GetParam(), few_setups().front(), 5, 10);
-    for (uint32_t row = 0; row < 5; row++) {
-        batch.set_large(row, 1);
-        batch.expect_large_refused(row);
-    }
-    batch.expect_capture(65533);
-}
-
-TEST_P(binary_to_text_capture, without_a_failure_0_is_returned)
-{
-    for (const setup &how : few_setups()) {
-        services().reset();
-        value_rows batch(GetParam(), how, 20, 10);
-        for (uint32_t row = 0; row < 20; row++) {
-            batch.source.set(row, 1, values_.element(row));
-            batch.expect_text(row, digits_of(value_of(row)));
-        }
-        batch.expect_capture(3);
-    }
+    for (const int32_t code : {-1, -7000, int32_least})
+        expect_batch(c, few_setups().back(),
+                     {{1, text_element("first")},
+                      {1, element_of_length(32768)},
+                      {1, text_element("last")},
+                      {1, text_element("\x33")}},
+                     {.results = {{0, -2}, {1, code}}, .capture = true, .count_before = 0});
 }
 
 INSTANTIATE_TEST_SUITE_P(casts, binary_to_text_capture,
-                         testing::ValuesIn(rules_that([](const rule &r) { return r.protocol == captured_or_stop; })),
-                         [](const auto &each) { return std::string(each.param.name); });
+                         testing::ValuesIn(casts_where(all_casts(), &row_cast::captures)), name_of);
 
 // ---- Through a working value ----------------------------------------------------------------
 
-class binary_to_hex_text : public binary_to_text {
-protected:
-    // To varchar the blanks that were trimmed are counted; to char what is left of the length.
-    static int32_t pad_len(const rule &r, int32_t length, const std::string &trimmed, int32_t blanks)
-    {
-        return r.padding == rest_of_length ? r.pad_len(length, trimmed) : blanks;
-    }
-};
+class binary_to_hex_text : public binary_to_text {};
 
+// Also not where it is longer than there is room for.
 TEST_P(binary_to_hex_text, a_failure_of_the_service_is_not_looked_at)
 {
-    for (const int32_t code : {-1, -6108, -6111, int32_least}) {
-        services().reset();
-        services().fail_call(0, code);
-        value_rows batch(GetParam(), few_setups()[1], 2, 10);
-        batch.set_text(0, 1, "\xAB\xCD");
-        batch.expect_text(0, digits_of_failure(2)); // what it left
-        batch.set_text(1, 1, "\x21");
-        batch.expect_text(1, "21");
-        batch.expect_success();
-    }
+    for (const int32_t code : {-1, -6108, -6111, int32_least})
+        for (const int32_t length : {10, 4, 3})
+            expect_with_length(length, {{1, text_element("\xAB\xCD")}, {1, text_element("\x21")}}, few_setups()[1],
+                               {.results = {{0, code}}});
 }
 
 struct trimming {
     std::string held;
-    std::string trimmed;
-    int32_t blanks;
+    trimmed becomes;
 };
 
 const std::vector<trimming> trimmings{
-    {"AB", "AB", 0},
-    {"", "", 0},
-    {"\0"s, "", 0},
-    {"\0\0\0"s, "", 0},
-    {"AB\0"s, "AB", 0},
-    {"AB\0\0"s, "AB", 0},
-    {" ", "", 1},
-    {"   ", "", 3},
-    {"AB ", "AB", 1},
-    {"AB    ", "AB", 4},
-    {"AB  \0\0"s, "AB", 2},
-    {"  \0"s, "", 2},
-    {" \0 \0"s, " \0"s, 1}, // NUL bytes first, then blanks, and no more
-    {"AB\0 "s, "AB\0"s, 1},
-    {"AB \0  "s, "AB \0"s, 2},
-    {"AB\0C "s, "AB\0C"s, 1},
-    {"A B", "A B", 0}, // only from the end
-    {" AB", " AB", 0},
-    {"\0AB"s, "\0AB"s, 0},
-    {"AB\t ", "AB\t", 1}, // only blanks
-    {"AB\t", "AB\t", 0},
-    {"AB\xA0", "AB\xA0", 0},
-    {"AB\x01 \x1F", "AB\x01 \x1F", 0},
-    {std::string(60, 'Q') + "  ", std::string(60, 'Q'), 2}, // more than a working value has room for inline
-    {"Q" + std::string(60, ' '), "Q", 60},
-    {"Q" + std::string(60, '\0'), "Q", 0},
-    {std::string(70, ' '), "", 70},
+    {"AB", {"AB", 0}},
+    {"", {"", 0}},
+    {"\0"s, {"", 0}},
+    {"\0\0\0"s, {"", 0}},
+    {"AB\0"s, {"AB", 0}},
+    {"AB\0\0"s, {"AB", 0}},
+    {" ", {"", 1}},
+    {"   ", {"", 3}},
+    {"AB ", {"AB", 1}},
+    {"AB    ", {"AB", 4}},
+    {"AB  \0\0"s, {"AB", 2}},
+    {"  \0"s, {"", 2}},
+    {" \0 \0"s, {" \0"s, 1}}, // NUL bytes first, then blanks, and no more
+    {"AB\0 "s, {"AB\0"s, 1}},
+    {"AB \0  "s, {"AB \0"s, 2}},
+    {"AB\0C "s, {"AB\0C"s, 1}},
+    {"A B", {"A B", 0}}, // only from the end
+    {" AB", {" AB", 0}},
+    {"\0AB"s, {"\0AB"s, 0}},
+    {"AB\t ", {"AB\t", 1}}, // only blanks
+    {"AB\t", {"AB\t", 0}},
+    {"AB\xA0", {"AB\xA0", 0}},
+    {"AB\x01 \x1F", {"AB\x01 \x1F", 0}},
+    {std::string(60, 'Q') + "  ", {std::string(60, 'Q'), 2}}, // more than a working value has room for inline
+    {"Q" + std::string(60, ' '), {"Q", 60}},
+    {"Q" + std::string(60, '\0'), {"Q", 0}},
+    {std::string(70, ' '), {"", 70}},
 };
 
 TEST_P(binary_to_hex_text, nul_bytes_and_then_blanks_are_trimmed_from_the_end)
 {
-    const rule &r = GetParam();
-    const auto rows = static_cast<uint32_t>(trimmings.size());
-    for (const setup &how : few_setups()) {
-        services().reset();
-        value_rows batch(r, how, rows, 80);
-        for (uint32_t row = 0; row < rows; row++) {
-            const auto &[held, trimmed, blanks] = trimmings[row];
-            const std::string value{static_cast<char>(row + 1), '\x55'};
-            services().binary.held[digits_of(value)] = held;
-            batch.set_text(row, 1, value);
-            batch.expect_spelled(row, digits_of(value));
-            batch.expect_stored(row, trimmed, pad_len(r, 80, trimmed, blanks));
-        }
-        batch.expect_success();
+    std::vector<batch_row> rows;
+    for (const auto &[held, becomes] : trimmings) {
+        ASSERT_EQ(trim(held), becomes);
+        const std::string value{static_cast<char>(rows.size() + 1), '\x55'};
+        services().binary.held[digits_of(value)] = held;
+        rows.push_back({1, text_element(value)});
     }
+    for (const setup &how : few_setups())
+        expect_with_length(80, rows, how);
 }
 
-// The length of the working value is what has to fit, so what is trimmed off counts.
 TEST_P(binary_to_hex_text, what_is_held_is_measured_ahead_of_the_trimming)
 {
-    const rule &r = GetParam();
-    for (const auto &[held, trimmed, blanks] : trimmings) {
+    for (const auto &[held, becomes] : trimmings) {
         const auto size = static_cast<int32_t>(held.size());
-        for (const int32_t length : {size - 1, size, size + 1, static_cast<int32_t>(trimmed.size())}) {
-            SCOPED_TRACE("length " + std::to_string(length) + " of " + std::to_string(size) + ", trimmed " +
-                         std::to_string(trimmed.size()));
-            services().reset();
-            services().binary.held["5566"] = held;
-            value_rows batch(r, few_setups()[1], 1, length);
-            batch.set_text(0, 0x41, "\x55\x66");
-            batch.expect_spelled(0, "5566");
-            if (size > length)
-                batch.expect_failure(0, ERR_TRUNCATED);
-            else
-                batch.expect_stored(0, trimmed, pad_len(r, length, trimmed, blanks));
-            batch.expect_success_or_stop();
-        }
+        services().binary.held["5566"] = held;
+        for (const int32_t length : {size - 1, size, size + 1, static_cast<int32_t>(becomes.text.size())})
+            expect_with_length(length, {{0x41, text_element("\x55\x66")}}, few_setups()[1]);
     }
 }
 
 // Blanks that the text itself ends with are trimmed likewise.
 TEST_P(binary_to_hex_text, blanks_of_the_text_are_trimmed)
 {
-    const rule &r = GetParam();
-    const std::string value = "\x11\x22\x33";
-    services().binary.spelled[value] = "A1    ";
-    value_rows batch(r, few_setups().front(), 1, 9);
-    batch.set_text(0, 1, value);
-    batch.expect_spelled(0, "A1    ");
-    batch.expect_stored(0, "A1", pad_len(r, 9, "A1", 4));
-    batch.expect_success();
+    services().binary.spelled["\x11\x22\x33"] = "A1    ";
+    expect_with_length(9, {{1, text_element("\x11\x22\x33")}});
 }
 
 // Behind a stop the working value stays as it is, be it filled or not.
 TEST_P(binary_to_hex_text, a_stop_does_not_release_the_working_value)
 {
-    for (const bool large : {false, true}) {
-        for (const uint32_t failing_row : {0U, 1U}) {
-            services().reset();
-            value_rows batch(GetParam(), few_setups().front(), 2, 60);
-            for (uint32_t row = 0; row < failing_row; row++) {
-                batch.set_text(row, 1, std::string(30, '\x31'));
-                batch.expect_text(row, digits_of(std::string(30, '\x31')));
-            }
-            if (large) {
-                batch.set_large(failing_row, 1);
-                batch.expect_large_refused(failing_row);
-            } else {
-                batch.set_text(failing_row, 1, std::string(31, '\x31'));
-                batch.expect_text(failing_row, digits_of(std::string(31, '\x31')));
-            }
-            batch.expect_stop();
-        }
+    for (const std::string &failing : {element_of_length(32768), text_element(std::string(31, '\x31'))}) {
+        expect_with_length(60, {{1, failing}, {1, failing}});
+        expect_with_length(60, {{1, text_element(std::string(30, '\x31'))}, {1, failing}});
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(casts, binary_to_hex_text,
-                         testing::ValuesIn(rules_that([](const rule &r) { return r.by_working_value(); })),
-                         [](const auto &each) { return std::string(each.param.name); });
+INSTANTIATE_TEST_SUITE_P(casts, binary_to_hex_text, testing::ValuesIn(casts_by_working_value()), name_of);
 
-// ---- Examples -----------------------------------------------------------------------------
+// ---- By hand ------------------------------------------------------------------------------
 
 struct example {
     any_cast cast;
@@ -768,15 +482,15 @@ TEST(binary_to_text_examples, hold)
     };
     for (const example &e : examples) {
         services().reset();
-        text_rows batch(few_setups().front(), 1, sizeof(bdta3_str));
-        batch.set_text(0, 1, e.value);
-        batch.expected.flags[0] = 1;
-        batch.expected.no_null = 0;
-        batch.expected.texts[0] = {e.text, e.pad_len};
-        EXPECT_EQ(
-            call(e.cast, {.src = batch.source.sealed(), .dst = batch.target.column(), .rows = 1, .length = e.length}),
-            0);
-        EXPECT_TRUE(batch.target.holds(batch.expected)) << e.text;
+        source_column source(sizeof(bdta3_str), 1, few_setups().front());
+        source.set_bytes(0, 1, text_element(e.value));
+        target_column target(sizeof(bdta3_str), 1);
+        target_image expected = target.image();
+        expected.no_null = 0;
+        expected.flags = {1};
+        expected.texts[0] = {e.text, e.pad_len};
+        EXPECT_EQ(call(e.cast, {.src = source.sealed(), .dst = target.column(), .rows = 1, .length = e.length}), 0);
+        EXPECT_TRUE(target.holds(expected)) << e.text;
     }
 }
 
