@@ -243,6 +243,9 @@ std::vector<uint8_t> flags_of(uint32_t rows, const std::function<uint8_t(uint32_
     return flags;
 }
 
+// A cast that calls a service goes row by row; others may go by blocks of 1024.
+bool may_go_by_blocks(const row_cast &c) { return !c.convert || outcome_alone(c, c.samples.front()).steps.empty(); }
+
 std::vector<batch_row> largest_batch(const row_cast &c)
 {
     return sample_rows(
@@ -362,8 +365,7 @@ void expect_rows_and_null_rows(const row_cast &c)
         [](uint32_t row) { return static_cast<uint8_t>(row / 1024 == 1 ? 0 : 1 + row % 255); },
         [](uint32_t row) { return static_cast<uint8_t>(row % 1024 == 0 ? 0 : 3); },
     };
-    // A cast that calls a service goes row by row; others may go by blocks of 1024.
-    const bool by_blocks = !c.convert || outcome_alone(c, c.samples.front()).steps.empty();
+    const bool by_blocks = may_go_by_blocks(c);
     const std::vector<uint32_t> many{0, 1, 2, 33, 1023, 1024, 1025, 2100}, few{33, 2100};
     for (const auto &flag_of : patterns) {
         const bool is_first = &flag_of == patterns;
@@ -408,8 +410,9 @@ void expect_null_rows_unread(const row_cast &c)
 void expect_row_counts(const row_cast &c)
 {
     const std::vector<batch_row> rows = largest_batch(c);
-    for (const setup &how : {few_setups()[1], few_setups()[2]})
-        expect_batch(c, how, rows);
+    if (may_go_by_blocks(c))
+        expect_batch(c, few_setups()[1], rows);
+    expect_batch(c, few_setups()[2], rows);
     for (const uint32_t few : {0U, 1U, 3U})
         expect_batch(c, few_setups().front(), {rows.begin(), rows.begin() + few}, {.wide_rows = true});
 }
