@@ -16,11 +16,6 @@
 namespace bcast::test {
 namespace {
 
-// Functions of the catalogue that are not written yet.
-constexpr size_t expected_missing = 0;
-
-constexpr size_t all_functions = 348;
-
 std::set<std::string> functions_of_catalogue()
 {
     std::set<std::string> names;
@@ -75,24 +70,17 @@ TEST(exports, settings_are_the_only_state)
         EXPECT_TRUE(name == "global_bcast_var" || of_the_tool_chain.contains(name)) << name << " is state";
 }
 
-TEST(exports, as_many_functions_are_missing_as_we_know_of)
+TEST(exports, have_every_function_of_the_catalogue)
 {
     std::set<std::string> missing = functions_of_catalogue();
-    EXPECT_EQ(missing.size(), all_functions);
     for (const symbol &s : exported_symbols())
         missing.erase(s.name);
-    std::cout << all_functions - missing.size() << " of " << all_functions << " functions exist, " << missing.size()
-              << " are missing:";
-    for (const std::string &name : missing)
-        std::cout << ' ' << name;
-    std::cout << '\n';
-    EXPECT_EQ(missing.size(), expected_missing);
+    EXPECT_EQ(missing, std::set<std::string>{});
 }
 
 TEST(imports, nothing_is_needed_but_services_and_libc)
 {
     const std::vector<std::string> services = services_of_headers();
-    EXPECT_GE(services.size(), 8U);
     void *libc = dlopen("libc.so.6", RTLD_LAZY | RTLD_NOLOAD);
     ASSERT_NE(libc, nullptr) << dlerror();
     const std::set<std::string> of_the_tool_chain{"_ITM_deregisterTMCloneTable", "_ITM_registerTMCloneTable",
@@ -125,6 +113,13 @@ TEST(exports, shared_object_name_has_the_major_version)
     EXPECT_EQ(dynamic_entries("SONAME"), std::vector<std::string>{"libbcast.so.1"});
 }
 
+// The one place that knows how many there are.
+TEST(catalogue, has_348_functions_of_which_344_are_casts)
+{
+    EXPECT_EQ(catalogue::casts().size(), 344U);
+    EXPECT_EQ(functions_of_catalogue().size(), 348U);
+}
+
 TEST(catalogue, has_the_casts_of_the_public_header)
 {
     std::vector<std::string> declared = casts_of_public_header(), listed;
@@ -132,7 +127,6 @@ TEST(catalogue, has_the_casts_of_the_public_header)
         listed.emplace_back(c.name);
     std::ranges::sort(declared);
     std::ranges::sort(listed);
-    EXPECT_EQ(declared.size(), 344U);
     std::vector<std::string> not_listed, not_declared;
     std::ranges::set_difference(declared, listed, std::back_inserter(not_listed));
     std::ranges::set_difference(listed, declared, std::back_inserter(not_declared));
