@@ -23,7 +23,7 @@ MAY_INCLUDE = {
     "src/frame/": (*PUBLIC, "machine/", "src/frame/"),
     "src/": (*PUBLIC, "machine/", "src/frame/", "the file's own folder"),
     "embedded/": (*PUBLIC, "machine/", "embedded/"),
-    "catalogue/": ("bcast/", "catalogue/"),
+    "catalogue/": (*PUBLIC, "catalogue/"),
 }
 
 # In src/, embedded/ and machine/: how it is not written, and how it is.

@@ -10,6 +10,7 @@
 #include <iostream>
 #include <iterator>
 #include <set>
+#include <tuple>
 
 #include <dlfcn.h>
 
@@ -95,6 +96,21 @@ TEST(imports, nothing_is_needed_but_services_and_libc)
     }
 }
 
+TEST(imports, services_are_those_that_the_headers_declare_and_those_that_casts_call)
+{
+    const std::vector<std::string> in_headers = services_of_headers();
+    const std::set<std::string> declared(in_headers.begin(), in_headers.end());
+    std::set<std::string> needed, called;
+    for (const symbol &s : undefined_symbols())
+        if (declared.contains(s.name))
+            needed.insert(s.name);
+    for (const catalogue::cast &c : catalogue::casts())
+        called.insert(c.services.begin(), c.services.end());
+    EXPECT_EQ(called.erase("copy_row"), 1U) << "it is no function: a column holds it";
+    EXPECT_EQ(needed, declared);
+    EXPECT_EQ(called, declared);
+}
+
 TEST(imports, no_library_is_needed_but_libc)
 {
     for (const std::string &library : dynamic_entries("NEEDED")) {
@@ -133,6 +149,60 @@ TEST(catalogue, has_the_casts_of_the_public_header)
     EXPECT_EQ(not_listed, std::vector<std::string>{}) << "declared in casts.h, but not in the catalogue";
     EXPECT_EQ(not_declared, std::vector<std::string>{}) << "in the catalogue, but not declared in casts.h";
     EXPECT_EQ(std::ranges::adjacent_find(listed), listed.end()) << "the catalogue has a name twice";
+}
+
+// Casts are named after their types and their form, each in one of a few ways.
+std::string name_by_types(const catalogue::cast &c)
+{
+    using catalogue::form, catalogue::pattern;
+    const auto is_interval = [](bcast_type type) { return type == BCAST_IVYM || type == BCAST_IVDT; };
+    std::string from(c.from), to(c.to);
+    if (is_interval(c.source)) {
+        from.insert(2, "_");
+        if (is_interval(c.target))
+            to.erase(0, 2);
+    }
+    const bool is_precise = c.arguments == pattern::scaled_capture && !is_interval(c.target);
+    const std::string name = (is_precise ? "bcast_precise_" : "bcast_") + from + "_to_" + to;
+    if (c.arguments == pattern::date_fast || c.arguments == pattern::tltz_fast)
+        return name + "_fast";
+    if (c.source == BCAST_DATETIME && c.target == BCAST_VARCHAR)
+        return name + "_ex";
+    return name + (c.form == form::cuts           ? "_explicit"
+                   : c.form == form::compares     ? "_directly"
+                   : c.form == form::compares_one ? "_directly_low"
+                                                  : "");
+}
+
+TEST(catalogue, names_are_made_of_types_and_form)
+{
+    for (const catalogue::cast &c : catalogue::casts()) {
+        if (c.form == catalogue::form::is_body)
+            EXPECT_TRUE(c.name.ends_with("_inner")) << c.name;
+        else
+            EXPECT_EQ(name_by_types(c), c.name);
+    }
+}
+
+TEST(catalogue, has_one_cast_of_each_form_between_two_types)
+{
+    std::set<std::tuple<std::string_view, std::string_view, catalogue::form>> ways;
+    for (const catalogue::cast &c : catalogue::casts()) {
+        if (c.form == catalogue::form::is_body)
+            continue;
+        EXPECT_TRUE(ways.emplace(c.from, c.to, c.form).second) << c.name << " is not the only one";
+        EXPECT_EQ(catalogue::find(c.from, c.to, c.form), &c) << c.name;
+    }
+    EXPECT_EQ(catalogue::find("varchar", "int")->name, "bcast_varchar_to_int");
+    EXPECT_EQ(catalogue::find("char", "char", catalogue::form::cuts), nullptr);
+}
+
+TEST(catalogue, casts_to_the_local_zone_have_their_type_in_the_name)
+{
+    for (const catalogue::cast &c : catalogue::casts())
+        EXPECT_EQ(c.to_local_zone,
+                  c.name.find("tltz") != std::string_view::npos || c.name.ends_with("_timestamp_local_time_zone"))
+            << c.name;
 }
 
 TEST(catalogue, finds_each_cast_by_its_name)

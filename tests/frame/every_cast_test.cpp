@@ -6,8 +6,12 @@
 #include "tests/support/service_double.h"
 
 #include <bcast/codes.h>
+#include <services/interval.h>
+#include <services/temporal.h>
 
 #include <algorithm>
+#include <map>
+#include <set>
 #include <string>
 
 #include <dlfcn.h>
@@ -228,6 +232,252 @@ TEST_P(every_cast, null_rows_call_no_service_and_keep_their_elements_or_are_unkn
             EXPECT_TRUE(services().logged(calls_without_rows(c, source, target.column(), rows)));
         }
     }
+}
+
+// ---- What a cast calls
+
+bool is_string(bcast_type type)
+{
+    switch (type) {
+    case BCAST_CHAR:
+    case BCAST_VARCHAR:
+    case BCAST_VARCHAR2:
+    case BCAST_BINARY:
+    case BCAST_VARBINARY:
+    case BCAST_TEXT:
+    case BCAST_BLOB:
+    case BCAST_BFILE:
+        return true;
+    default:
+        return false;
+    }
+}
+
+template <class Value> std::string image_of(const Value &value)
+{
+    return {reinterpret_cast<const char *>(&value), sizeof value};
+}
+
+std::string element_with(std::string &text, int32_t pad_len = 0)
+{
+    return image_of(bdta3_str{static_cast<int32_t>(text.size()), pad_len, text.data()});
+}
+
+constexpr int32_t target_length = 10;
+
+// Elements with which a cast comes to all that it may call: numbers that fit each type, texts that do and do not fit
+// the target, and values of several zones.
+std::vector<std::string> samples_of(bcast_type type)
+{
+    static std::string fits = "12", is_longer(target_length + 2, '1');
+    if (is_string(type))
+        return {element_with(fits), element_with(is_longer)};
+    switch (type) {
+    case BCAST_INT64:
+        return {image_of(int64_t{7})};
+    case BCAST_DOUBLE:
+        return {image_of(7.0)};
+    case BCAST_FLOAT:
+        return {image_of(7.0F)};
+    case BCAST_DEC:
+        return {image_of(some_decimal(1))};
+    case BCAST_NULL:
+        return {""};
+    default:
+        break;
+    }
+    if (stride_of(type) == sizeof(int32_t))
+        return {image_of(int32_t{7})};
+    std::vector<std::string> records;
+    for (uint32_t number = 0; number < 4; number++)
+        records.push_back(some_record(number, stride_of(type)));
+    return records;
+}
+
+// Shapes of intervals of one field, of which the first is a scale of no digits too; and what a body of casts is told.
+std::vector<temporal_arguments> temporal_arguments_of(const cast &c)
+{
+    using catalogue::form, catalogue::pattern;
+    if (c.arguments != pattern::scaled && c.arguments != pattern::scaled_capture && c.form != form::is_body)
+        return {{.dst_prec = target_length}};
+    std::vector<temporal_arguments> all;
+    for (const auto field : {IV_YEAR, IV_MONTH, IV_DAY, IV_SECOND})
+        for (const auto type_code : {TYPE_TIME, TYPE_DATETIME, TYPE_TIME_TZ, TYPE_DATETIME_TZ})
+            all.push_back({.src_scale = 6,
+                           .dst_scale = static_cast<uint16_t>(field << 8),
+                           .round_flag = 1,
+                           .type_code = static_cast<uint8_t>(type_code)});
+    return all;
+}
+
+using names = std::set<std::string_view>;
+
+names services_of(const cast &c) { return {c.services.begin(), c.services.end()}; }
+
+// That it calls no other one in any test, call() sees to.
+TEST_P(every_cast, calls_each_service_that_the_catalogue_has_for_it)
+{
+    const cast &c = GetParam();
+    EXPECT_EQ(services_of(c).size(), c.services.size()) << "a service stands there twice";
+    names called;
+    for (const setup &how : few_setups())
+        for (const std::string &sample : samples_of(c.source))
+            for (const temporal_arguments &temporal : temporal_arguments_of(c)) {
+                services().reset();
+                source_column source(stride_of(c.source), 1, how);
+                source.set_bytes(0, 1, sample);
+                target_column target(stride_of(c.target), 1, how);
+                call(cast_, {.src = source.sealed(),
+                             .dst = target.column(),
+                             .rows = 1,
+                             .length = target_length,
+                             .heap = heap_of_cast(),
+                             .temporal = temporal});
+                for (const service_call &made : services().log())
+                    called.insert(made.service);
+            }
+    EXPECT_EQ(called, services_of(c));
+}
+
+TEST(every_literal_cast, calls_the_services_that_the_catalogue_has_for_it)
+{
+    size_t literal_casts = 0;
+    for (const cast &c : catalogue::casts()) {
+        if (has_columns(c))
+            continue;
+        literal_casts++;
+        services().reset();
+        int32_t verdict;
+        int64_t result;
+        void *const address = exported(c.name);
+        const int32_t status =
+            c.arguments == catalogue::pattern::int_low
+                ? reinterpret_cast<bcast_int_low_fn *>(address)(env(), "12", 2, '=', &verdict,
+                                                                reinterpret_cast<int32_t *>(&result))
+                : reinterpret_cast<bcast_int64_low_fn *>(address)(env(), "12", 2, '=', &verdict, &result);
+        EXPECT_EQ(status, 0);
+        names called;
+        for (const service_call &made : services().log())
+            called.insert(made.service);
+        EXPECT_EQ(called, services_of(c)) << c.name;
+    }
+    EXPECT_EQ(literal_casts, 2U);
+}
+
+// ---- How much of a text or binary value a cast reads
+
+// Digits that are 0 but for the last one, which tells whether it was read.
+std::string digits_of_length(int32_t length)
+{
+    std::string digits(static_cast<size_t>(length), '0');
+    digits.back() = '1';
+    return digits;
+}
+
+class reading_cast : public every_cast {
+protected:
+    // The bytes of a value of that length that the cast has handed on or looked at itself; none where it refused it.
+    size_t bytes_read(int32_t length, int32_t pad_len = 0)
+    {
+        const cast &c = GetParam();
+        services().reset();
+        // The reader is to have no result: not all of them have one of any length. There is none where the cast copies.
+        if (!calls("bdta3_col_space_alloc") && !calls("copy_row"))
+            services().fail_call(0, ERR_OVERFLOW);
+        std::string value = digits_of_length(length);
+        source_column source(stride_of(c.source), 1, few_setups().front());
+        source.set_bytes(0, 1, element_with(value, pad_len));
+        target_column target(stride_of(c.target), 1);
+        status_ = call(cast_, {.src = source.sealed(), .dst = target.column(), .rows = 1, .length = length});
+        if (services().log().empty() && is_string(c.target))
+            return 0;
+        if (services().log().empty()) {
+            int32_t truth;
+            std::memcpy(&truth, target.image().values.data(), sizeof truth);
+            return truth == 1 ? value.size() : 0;
+        }
+        const service_call &made = services().log().front();
+        if (made.service == "copy_row") {
+            bdta3_str copy;
+            std::memcpy(&copy, target.image().values.data(), sizeof copy);
+            return static_cast<size_t>(copy.length);
+        }
+        if (made.service == "bdta3_col_space_alloc")
+            return static_cast<size_t>(made.length);
+        return made.bytes.size() - made.bytes.ends_with('\0');
+    }
+
+    bool calls(std::string_view service) const { return services_of(GetParam()).contains(service); }
+
+    int32_t status_ = 0;
+};
+
+TEST_P(reading_cast, reads_values_up_to_the_limit_of_the_catalogue)
+{
+    using catalogue::beyond;
+    const catalogue::source_limit limit = GetParam().limit;
+    constexpr int32_t above_16_bits = 65536 + 3;
+    if (limit.beyond != beyond::reads) {
+        EXPECT_EQ(bytes_read(limit.bytes), static_cast<size_t>(limit.bytes));
+    }
+    switch (limit.beyond) {
+    case beyond::reads:
+        EXPECT_EQ(limit.bytes, INT32_MAX);
+        EXPECT_EQ(bytes_read(above_16_bits), size_t{above_16_bits});
+        break;
+    case beyond::ignores:
+        EXPECT_EQ(bytes_read(limit.bytes + 1), static_cast<size_t>(limit.bytes));
+        break;
+    case beyond::wraps:
+        EXPECT_EQ(limit.bytes, 65535);
+        EXPECT_EQ(bytes_read(above_16_bits), 3U);
+        break;
+    case beyond::refuses:
+        EXPECT_EQ(bytes_read(limit.bytes + 1), 0U);
+        EXPECT_LT(status_, 0);
+        break;
+    case beyond::untested:
+        break;
+    case beyond::untested_if_padded:
+        EXPECT_EQ(bytes_read(above_16_bits), size_t{above_16_bits});
+        EXPECT_EQ(bytes_read(10, limit.bytes - 10), static_cast<size_t>(limit.bytes));
+        break;
+    }
+}
+
+std::vector<cast> casts_that_read_values()
+{
+    std::vector<cast> all;
+    std::ranges::copy_if(casts_in_the_library(), std::back_inserter(all), [](const cast &c) {
+        return is_string(c.source) && c.source != BCAST_TEXT && c.source != BCAST_BLOB && c.target != BCAST_NULL;
+    });
+    return all;
+}
+
+INSTANTIATE_TEST_SUITE_P(casts, reading_cast, testing::ValuesIn(casts_that_read_values()),
+                         [](const auto &each) { return std::string(each.param.name); });
+
+// Limits that no call may try: what stands behind them is the caller's duty.
+TEST(untested_limits, are_those_that_the_headers_tell)
+{
+    std::map<std::string_view, int32_t> limits;
+    for (const cast &c : catalogue::casts())
+        if (c.limit.beyond == catalogue::beyond::untested || c.limit.beyond == catalogue::beyond::untested_if_padded)
+            limits[c.name] = c.limit.bytes;
+    const std::map<std::string_view, int32_t> expected = {
+        {"bcast_char_to_ivym", 32767},
+        {"bcast_char_to_ivdt", 32767},
+        {"bcast_varchar_to_ivym", 32767},
+        {"bcast_varchar_to_ivdt", 32767},
+        {"bcast_varchar2_to_ivym", 32767},
+        {"bcast_varchar2_to_ivdt", 32767},
+        {"bcast_varchar_to_text", 32768},
+        {"bcast_varchar_to_blob", 32768},
+        {"bcast_binary_to_text", 32767},
+        {"bcast_varchar_to_int_directly_low", 65535},
+        {"bcast_varchar_to_int64_directly_low", 65535},
+    };
+    EXPECT_EQ(limits, expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(casts, every_cast, testing::ValuesIn(casts_in_the_library()),

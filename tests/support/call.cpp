@@ -1,7 +1,14 @@
 #include "tests/support/call.h"
 
-#include <new>
+#include "tests/support/service_double.h"
 
+#include <algorithm>
+#include <new>
+#include <span>
+#include <string>
+#include <unordered_map>
+
+#include <dlfcn.h>
 #include <sys/mman.h>
 
 namespace bcast::test {
@@ -118,6 +125,32 @@ template <class... Arguments> auto *widen(int32_t (*cast)(Arguments...))
     return reinterpret_cast<wide *>(reinterpret_cast<void (*)()>(cast));
 }
 
+// The entry of the cast at that address, be it under this name or that of an alias.
+const catalogue::cast &entry_at(const void *address)
+{
+    static const auto entries = [] {
+        std::unordered_map<const void *, const catalogue::cast *> all;
+        for (const catalogue::cast &entry : catalogue::casts())
+            all.emplace(dlsym(RTLD_DEFAULT, std::string(entry.name).c_str()), &entry);
+        return all;
+    }();
+    return *entries.at(address);
+}
+
+// Whatever a test calls a cast for, the cast is to call no service but those that the catalogue has for it.
+void expect_known_services(any_cast cast, std::span<const service_call> made)
+{
+    const catalogue::cast &entry =
+        entry_at(std::visit([](auto *function) { return reinterpret_cast<const void *>(function); }, cast));
+    for (const service_call &each : made)
+        if (std::ranges::find(entry.services, each.service) == entry.services.end()) {
+            ADD_FAILURE() << entry.name << " calls " << each.service << ", which the catalogue does not have for it";
+            return;
+        }
+}
+
+std::span<const service_call> made_since(size_t calls) { return std::span(services().log()).subspan(calls); }
+
 void *map_inaccessible()
 {
     void *map = mmap(nullptr, 1 << 24, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
@@ -173,13 +206,20 @@ std::optional<any_cast> cast_at(void *address, catalogue::pattern arguments)
 
 int32_t call(any_cast cast, const call_arguments &with)
 {
-    return std::visit([&](auto *function) { return apply(function, function, with, static_cast<uint16_t>(with.rows)); },
-                      cast);
+    const size_t made_before = services().log().size();
+    const int32_t status = std::visit(
+        [&](auto *function) { return apply(function, function, with, static_cast<uint16_t>(with.rows)); }, cast);
+    expect_known_services(cast, made_since(made_before));
+    return status;
 }
 
 int32_t call_with_wide_rows(any_cast cast, const call_arguments &with)
 {
-    return std::visit([&](auto *function) { return apply(function, widen(function), with, with.rows); }, cast);
+    const size_t made_before = services().log().size();
+    const int32_t status =
+        std::visit([&](auto *function) { return apply(function, widen(function), with, with.rows); }, cast);
+    expect_known_services(cast, made_since(made_before));
+    return status;
 }
 
 } // namespace bcast::test

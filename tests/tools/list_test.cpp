@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
 #include <set>
 #include <sstream>
 
@@ -61,6 +62,23 @@ TEST(list, has_every_exported_cast_and_no_other)
     EXPECT_EQ(all.size(), catalogue::casts().size());
     EXPECT_EQ(run.errors,
               count + " listed; this library has " + count + " of the " + count + " casts of the catalogue\n");
+}
+
+// The catalogue has the names of types by itself.
+TEST(list, types_have_one_name)
+{
+    const std::map<std::string_view, bcast_type> others = {
+        {"varbit", BCAST_BIT},          {"hex_char", BCAST_CHAR},
+        {"hex_varchar", BCAST_VARCHAR}, {"hex_varchar2", BCAST_VARCHAR2},
+        {"tltz", BCAST_DATETIME_TZ},    {"timestamp_local_time_zone", BCAST_DATETIME_TZ}};
+    const auto element_of = [&](std::string_view name) {
+        const auto other = others.find(name);
+        return other != others.end() ? other->second : bcast_type_from_name(name.data(), name.size());
+    };
+    for (const catalogue::cast &cast : catalogue::casts()) {
+        EXPECT_EQ(element_of(cast.from), cast.source) << cast.name;
+        EXPECT_EQ(element_of(cast.to), cast.target) << cast.name;
+    }
 }
 
 TEST(list, lines_have_source_target_name_and_what_a_failure_does)
