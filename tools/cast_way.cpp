@@ -14,44 +14,33 @@ bool can_try(const catalogue::cast &entry)
     return can_run(entry) && is_known(entry.source) && is_known(entry.target);
 }
 
-std::string cast_name(std::string_view from, std::string_view to)
+std::string_view ending_of(catalogue::form form)
 {
-    return "bcast_" + std::string(from) + "_to_" + std::string(to);
+    switch (form) {
+    case catalogue::form::plain:
+        return "";
+    case catalogue::form::cuts:
+        return "_explicit";
+    case catalogue::form::compares:
+        return "_directly";
+    case catalogue::form::compares_one:
+        return "_directly_low";
+    case catalogue::form::is_body:
+        return "_inner";
+    }
+    return "";
 }
 
-// The types of a cast as the command line names them.
-struct type_pair {
-    std::string_view from;
-    std::string_view to;
-};
-
-// Names of casts have the types, but some have more, and those between intervals less: bcast_precise_time_to_time,
-// bcast_char_to_date_fast, bcast_datetime_to_varchar_ex, bcast_iv_ym_to_ym.
-type_pair types_of(const catalogue::cast &entry)
+// What the command line calls the target of a cast: of the casts between two types, one has its plain name.
+std::string target_word(const catalogue::cast &entry)
 {
-    constexpr std::string_view beginning = "bcast_", precise = "precise_", joint = "_to_";
-    std::string_view name = entry.name.substr(beginning.size());
-    if (name.starts_with(precise))
-        name.remove_prefix(precise.size());
-    const std::size_t end = name.find(joint);
-    if (end == std::string_view::npos)
-        return {name, ""};
-    type_pair types = {name.substr(0, end), name.substr(end + joint.size())};
-    for (const std::string_view ending : {"_fast", "_ex"})
-        if (types.to.ends_with(ending))
-            types.to.remove_suffix(ending.size());
-    if (types.from.starts_with("iv_"))
-        types.from = bcast_type_name(entry.source);
-    if (types.to == "ym" || types.to == "dt")
-        types.to = bcast_type_name(entry.target);
-    return types;
+    return std::string(entry.to) + std::string(ending_of(entry.form));
 }
 
 // Values of the local zone are shown without one: theirs is where they came from.
-way way_of(const catalogue::cast &entry, std::string_view to)
+way way_of(const catalogue::cast &entry)
 {
-    const bool local = to == "tltz" || to == "timestamp_local_time_zone";
-    return {{entry.name}, entry.source, local ? BCAST_DATETIME : entry.target};
+    return {{entry.name}, entry.source, entry.to_local_zone ? BCAST_DATETIME : entry.target};
 }
 
 // A type for a message, without the length or shape behind its name.
@@ -69,8 +58,8 @@ std::string targets_of(const std::string &from)
             targets.push_back(name);
     };
     for (const catalogue::cast &entry : catalogue::casts())
-        if (types_of(entry).from == from && exists(entry) && can_try(entry))
-            add(types_of(entry).to);
+        if (entry.from == from && exists(entry) && can_try(entry))
+            add(target_word(entry));
     if (is_character(type_of(from)))
         for (int type = 0; type < BCAST_TYPE_COUNT; type++)
             if (is_temporal(bcast_type(type)))
@@ -90,11 +79,10 @@ way way_between(const type_name &from, const type_name &to)
     if (is_character(source) && target == BCAST_BOOLEAN)
         return {casts_from_text({target}, too_long::fails), source, target};
     for (const catalogue::cast &entry : catalogue::casts()) {
-        const type_pair types = types_of(entry);
-        if (types.from != from.word || types.to != to.word || !exists(entry))
+        if (entry.from != from.word || target_word(entry) != to.word || !exists(entry))
             continue;
         if (can_try(entry))
-            return way_of(entry, to.word);
+            return way_of(entry);
         throw tool_error("the library has " + std::string(entry.name) +
                          ", but values of these types cannot be tried from the command line");
     }
@@ -109,14 +97,14 @@ way way_between(const type_name &from, const type_name &to)
                      " there are casts to " + targets);
 }
 
-// Binary texts have their casts that cut under the name of hexadecimal text.
+// Text into binary values is cut by the casts from hexadecimal text, which hold any text of that source for it.
 way cutting_way_between(const type_name &from, const type_name &to)
 {
-    for (const std::string &source : {from.word, "hex_" + from.word}) {
-        const auto cast = find_cast(cast_name(source, to.word) + "_explicit");
-        if (cast && can_try(*cast->entry))
-            return way_of(*cast->entry, to.word);
-    }
+    const bcast_type source = type_of(from.word);
+    for (const catalogue::cast &entry : catalogue::casts())
+        if (entry.form == catalogue::form::cuts && entry.to == to.word &&
+            (entry.from == from.word || entry.source == source) && exists(entry) && can_try(entry))
+            return way_of(entry);
     throw tool_error("--cut: there is no cast from " + bare(from) + " to " + bare(to) + " that cuts");
 }
 

@@ -1,4 +1,4 @@
-// Which casts lead from one type to another, by the names that the command line has for types.
+// Which casts of the catalogue lead from one type to another.
 #pragma once
 
 #include "types.h"

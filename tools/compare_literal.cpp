@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <string_view>
 
 #include <unistd.h>
@@ -51,8 +50,7 @@ parsed parse_with(const char *name, const std::string &literal, const comparison
     const auto cast = find_cast(name);
     if (!cast)
         throw tool_error("the library that is loaded does not have " + std::string(name));
-    // The casts read 16 bits of a length.
-    if (literal.size() > std::numeric_limits<std::uint16_t>::max())
+    if (literal.size() > std::size_t(cast->entry->limit.bytes))
         return {.code = ERR_TRUNCATED};
     parsed result;
     Int integer = 0;

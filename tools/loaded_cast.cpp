@@ -3,6 +3,7 @@
 #include "columns.h"
 #include "errors.h"
 
+#include <algorithm>
 #include <limits>
 #include <new>
 #include <stdexcept>
@@ -20,22 +21,15 @@ constexpr std::int32_t any_length = std::numeric_limits<std::int32_t>::max();
 
 bool is_interval(bcast_type type) { return type == BCAST_IVYM || type == BCAST_IVDT; }
 
-// The longest source text, in bytes, that a cast reads as it stands.
-std::int32_t longest_source_text(const catalogue::cast &entry)
+// The longest source value, in bytes, that the tool hands to a cast, so that none is taken for another one. What a cast
+// refuses itself gets its own code, and no column here counts blanks of a varchar.
+std::int32_t longest_source(const catalogue::cast &entry)
 {
-    const bool from_text =
-        entry.source == BCAST_CHAR || entry.source == BCAST_VARCHAR || entry.source == BCAST_VARCHAR2;
-    // Casts to dates and times judge the length themselves.
-    const bool judges = entry.arguments == pattern::date_fast || entry.arguments == pattern::tltz_fast;
-    if (!from_text || judges)
+    using catalogue::beyond;
+    if (entry.limit.beyond == beyond::refuses || entry.limit.beyond == beyond::untested_if_padded)
         return any_length;
-    if (is_interval(entry.target))
-        return 32767;
-    // Behind so many bytes a number is not read.
-    if (entry.target == BCAST_DEC || entry.target == BCAST_FLOAT || entry.target == BCAST_DOUBLE)
-        return 319;
-    // Of the length of a char or varchar2 the casts read 16 bits.
-    return entry.source == BCAST_VARCHAR ? any_length : std::numeric_limits<std::uint16_t>::max();
+    const bool has_longest = entry.source == BCAST_CHAR || entry.source == BCAST_VARCHAR2;
+    return has_longest ? std::min(entry.limit.bytes, longest_characters) : entry.limit.bytes;
 }
 
 void record(failures &failed, std::uint32_t row, std::int32_t code)
@@ -47,7 +41,7 @@ void record(failures &failed, std::uint32_t row, std::int32_t code)
 // The text of an interval ends at a NUL.
 void refuse_what_is_not_read_whole(const catalogue::cast &entry, column &source, std::uint32_t rows, failures &failed)
 {
-    const std::int32_t longest = longest_source_text(entry);
+    const std::int32_t longest = longest_source(entry);
     if (longest == any_length)
         return;
     const auto ends_early = [&](std::string_view text) {

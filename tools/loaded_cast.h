@@ -16,6 +16,9 @@ struct loaded_cast {
     void *address;
 };
 
+// The longest character value that can be declared: as much as the casts read of a char.
+inline constexpr std::int32_t longest_characters = 65535;
+
 // What casts are told beside their columns; each takes what its argument list has.
 struct cast_arguments {
     std::int32_t length = 0; // of the target

@@ -40,9 +40,6 @@ struct declared_type {
 // The most digits of a fraction of a second, and as many as are read of a text.
 inline constexpr std::uint16_t most_fraction_digits = 6;
 
-// The longest character value that can be declared: as much as the casts read of a char.
-inline constexpr std::int32_t longest_characters = 65535;
-
 // The longest binary value: as much as the casts show as text.
 inline constexpr std::int32_t longest_binary = 32767;
 
