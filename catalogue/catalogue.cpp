@@ -79,12 +79,12 @@ constexpr sql_type timestamp_local_time_zone = {"timestamp_local_time_zone", BCA
 constexpr source_limit any_length = {};
 constexpr source_limit integer_text = {65535, beyond::wraps};
 constexpr source_limit literal_text = {65535, beyond::untested};
-constexpr source_limit number_text = {319, beyond::ignores}; // a dec, float or double
-constexpr source_limit fast_date_text = {255, beyond::refuses};
+constexpr source_limit number_text = {BCAST_NUMBER_TEXT_MAX, beyond::ignores}; // a dec, float or double
+constexpr source_limit fast_date_text = {BCAST_DATE_TEXT_LIMIT - 1, beyond::refuses};
 constexpr source_limit interval_text = {32767, beyond::untested};
-constexpr source_limit large_object_text = {32768, beyond::untested_if_padded};
-constexpr source_limit shown_binary = {32767, beyond::refuses};
-constexpr source_limit shown_large_binary = {32767, beyond::untested};
+constexpr source_limit large_object_text = {BCAST_BINARY_MAX, beyond::untested_if_padded};
+constexpr source_limit shown_binary = {BCAST_HEX_VALUE_MAX, beyond::refuses};
+constexpr source_limit shown_large_binary = {BCAST_HEX_VALUE_MAX, beyond::untested};
 
 // The names of services are read off their declarations, as the patterns are.
 template <class> using checked_name = std::string_view;
