@@ -1,6 +1,7 @@
-// The casts that are runs, but for those among integers, which have a test of their own: against a plain reading of
-// their rule, one row at a time, no blocks, no vectors. Random batches of all kinds; a failure prints the seed of its
-// batch.
+// The casts that are runs, against a plain reading of their rule: one row at a time, no blocks, no vectors. Random
+// batches of all kinds; a failure prints the seed of its batch.
+//
+// The rules here share nothing with those that row casts are told by, so that neither can hide a mistake of the other.
 
 #include "tests/numeric/floating_values.h"
 #include "tests/support/batch.h"
@@ -26,6 +27,7 @@ enum class walk {
     by_flag_or_all, // flags copied; all rows are converted where the source says that none is null
     all,            // flags copied; all rows are converted
     filling,        // by flag, but where the source says that none is null, all are converted and present
+    all_filling,    // all rows are converted; flags copied, but where the source says that none is null, all are 1
     to_boolean,     // flags 1; null rows unknown, but where the source says that none is null
     all_to_boolean, // flags 1; all rows are converted
 };
@@ -70,6 +72,17 @@ template <int32_t least, int64_t greatest> std::optional<int32_t> cut(float valu
     return wide > INT32_MAX ? INT32_MAX : static_cast<int32_t>(wide);
 }
 
+bool equals_its_low_8_bits(int64_t value) { return value == static_cast<int8_t>(value); }
+bool equals_its_low_16_bits(int64_t value) { return value == static_cast<int16_t>(value); }
+bool is_in_16_bits(int64_t value) { return static_cast<uint64_t>(value) + 32768 <= 0xFFFF; }
+bool is_in_32_bits(int64_t value) { return static_cast<uint64_t>(value) + 2147483648U <= 0xFFFFFFFF; }
+
+// An int32 of what fits.
+template <bool (*fits)(int64_t)> std::optional<int32_t> narrowed(int64_t value)
+{
+    return fits(value) ? std::optional(static_cast<int32_t>(value)) : std::nullopt;
+}
+
 // ---- Random values: of any magnitude, and of any bits; zeros and limits more often than chance has them -----
 
 template <class T> std::string random_integer(random_bits &random)
@@ -79,6 +92,16 @@ template <class T> std::string random_integer(random_bits &random)
     if (random() % 4 == 0)
         return image_of(edges[random() % std::size(edges)]);
     return image_of(static_cast<T>(static_cast<T>(random()) >> random() % width));
+}
+
+// Near the edges of the widths more often than that.
+template <class T> std::string random_integer_near_edges(random_bits &random)
+{
+    const int shift = static_cast<int>(random() % 64);
+    const int64_t edges[] = {127, -128, 32767, -32768, 2147483647, -2147483648};
+    if (random() % 4 == 0)
+        return image_of(static_cast<T>(edges[random() % std::size(edges)] + static_cast<int64_t>(random() % 5) - 2));
+    return image_of(static_cast<T>(static_cast<int64_t>(random()) >> shift));
 }
 
 std::string random_float(random_bits &random)
@@ -176,13 +199,47 @@ std::vector<rule> rules()
     };
 }
 
+// Among the integers.
+rule of_slot(const char *name, bcast_plain_fn *cast, size_t target_bytes, auto move, walk rows = walk::by_flag)
+{
+    return {name, cast, rows, 4, target_bytes, random_integer_near_edges<int32_t>, by<int32_t>(move)};
+}
+
+rule of_wide_slot(const char *name, bcast_plain_fn *cast, size_t target_bytes, auto move)
+{
+    return {name, cast, walk::by_flag, 8, target_bytes, random_integer_near_edges<int64_t>, by<int64_t>(move)};
+}
+
+std::vector<rule> integer_rules()
+{
+    return {
+        of_slot(NAMED(bcast_tinyint_to_tinyint), 4, same<int32_t>),
+        of_slot(NAMED(bcast_tinyint_to_smallint), 4, low_16_bits),
+        of_slot(NAMED(bcast_tinyint_to_int), 4, same<int32_t>),
+        of_slot(NAMED(bcast_tinyint_to_int64), 8, as<int64_t, int32_t>),
+        of_slot(NAMED(bcast_smallint_to_tinyint), 4, narrowed<equals_its_low_8_bits>),
+        of_slot(NAMED(bcast_smallint_to_smallint), 4, same<int32_t>),
+        of_slot(NAMED(bcast_smallint_to_int), 4, same<int32_t>),
+        of_slot(NAMED(bcast_smallint_to_int64), 8, as<int64_t, int32_t>),
+        of_slot(NAMED(bcast_int_to_tinyint), 4, narrowed<equals_its_low_8_bits>),
+        of_slot(NAMED(bcast_int_to_smallint), 4, narrowed<equals_its_low_16_bits>),
+        of_slot(NAMED(bcast_int_to_int), 4, same<int32_t>),
+        of_slot(NAMED(bcast_int_to_int64), 8, as<int64_t, int32_t>, walk::all_filling),
+        of_wide_slot(NAMED(bcast_int64_to_tinyint), 4, narrowed<equals_its_low_8_bits>),
+        of_wide_slot(NAMED(bcast_int64_to_smallint), 4, narrowed<is_in_16_bits>),
+        of_wide_slot(NAMED(bcast_int64_to_int), 4, narrowed<is_in_32_bits>),
+        of_wide_slot(NAMED(bcast_int64_to_int64), 8, same<int64_t>),
+    };
+}
+
 #undef NAMED
 
 bool goes_to_boolean(const rule &r) { return r.rows == walk::to_boolean || r.rows == walk::all_to_boolean; }
 
 uint8_t flag_of(const rule &r, const source_column &source, uint32_t row, bool none_is_null)
 {
-    return goes_to_boolean(r) || (r.rows == walk::filling && none_is_null) ? uint8_t{1} : source.flag(row);
+    const bool fills = r.rows == walk::filling || r.rows == walk::all_filling;
+    return goes_to_boolean(r) || (fills && none_is_null) ? uint8_t{1} : source.flag(row);
 }
 
 bool is_converted(const rule &r, uint8_t source_flag, bool none_is_null)
@@ -191,6 +248,7 @@ bool is_converted(const rule &r, uint8_t source_flag, bool none_is_null)
     case walk::by_flag:
         return source_flag != 0;
     case walk::all:
+    case walk::all_filling:
     case walk::all_to_boolean:
         return true;
     default:
@@ -247,20 +305,25 @@ void run_one_batch(const rule &r, uint64_t seed)
     ASSERT_TRUE(target.holds(expected)) << r.name << ", seed " << seed << ": " << describe(kind);
 }
 
-class run_differential : public testing::TestWithParam<rule> {};
-
-TEST_P(run_differential, random_batches_come_out_as_row_by_row)
-{
-    constexpr uint64_t batches = 250;
-    for (uint64_t seed = 0; seed < batches; seed++) {
-        run_one_batch(GetParam(), seed);
-        if (HasFatalFailure())
-            return;
+class run_differential : public testing::TestWithParam<rule> {
+protected:
+    static void run_batches(uint64_t batches)
+    {
+        for (uint64_t seed = 0; seed < batches && !HasFatalFailure(); seed++)
+            run_one_batch(GetParam(), seed);
     }
-}
+};
 
-INSTANTIATE_TEST_SUITE_P(casts, run_differential, testing::ValuesIn(rules()),
-                         [](const auto &each) { return std::string(each.param.name); });
+TEST_P(run_differential, random_batches_come_out_as_row_by_row) { run_batches(250); }
+
+class integer_to_integer_differential : public run_differential {};
+
+TEST_P(integer_to_integer_differential, random_batches_come_out_as_row_by_row) { run_batches(500); }
+
+const auto name_of_rule = [](const auto &each) { return std::string(each.param.name); };
+
+INSTANTIATE_TEST_SUITE_P(casts, run_differential, testing::ValuesIn(rules()), name_of_rule);
+INSTANTIATE_TEST_SUITE_P(casts, integer_to_integer_differential, testing::ValuesIn(integer_rules()), name_of_rule);
 
 } // namespace
 } // namespace bcast::test
