@@ -1,12 +1,9 @@
 // The bytes of the integers, most significant first: bin_from_int_low, and the eight casts around it.
 
-#include "tests/support/batch.h"
-#include "tests/support/call.h"
-#include "tests/support/service_double.h"
+#include "tests/support/row_cast.h"
 
 #include <algorithm>
 #include <limits>
-#include <memory>
 
 namespace bcast::test {
 namespace {
@@ -71,183 +68,159 @@ TEST(bin_from_int_low, refuses_more_than_8_bytes_and_writes_none)
 
 enum class layout { low_bytes, right_aligned, front_of_right_aligned };
 
-struct rule {
-    const char *name;
-    bcast_length_fn *cast;
-    size_t source_bytes;
-    size_t width;
-    layout stored;
-    bool judged = false; // each value by ntype_is_lint_overflow
-
-    std::string bytes_of(int64_t value, int32_t length) const
-    {
-        const auto deciding = static_cast<uint16_t>(length);
-        if (deciding < width)
-            return low_bytes(value, deciding);
-        const std::string bytes = low_bytes(value, width);
-        if (stored == layout::low_bytes)
-            return bytes;
-        const std::string image = std::string(static_cast<size_t>(length) - width, '\0') + bytes;
-        return stored == layout::right_aligned ? image : image.substr(0, 8);
-    }
-};
-
-void PrintTo(const rule &r, std::ostream *out) { *out << r.name; }
-
-#define NAMED(cast) #cast, cast
-constexpr rule rules[] = {
-    {NAMED(bcast_int64_to_varbinary), 8, 8, layout::low_bytes},
-    {NAMED(bcast_int_to_varbinary), 4, 4, layout::low_bytes},
-    {NAMED(bcast_smallint_to_varbinary), 4, 2, layout::low_bytes},
-    {NAMED(bcast_tinyint_to_varbinary), 4, 1, layout::low_bytes, true},
-    {NAMED(bcast_int64_to_binary), 8, 8, layout::front_of_right_aligned},
-    {NAMED(bcast_int_to_binary), 4, 4, layout::right_aligned},
-    {NAMED(bcast_smallint_to_binary), 4, 4, layout::right_aligned},
-    {NAMED(bcast_tinyint_to_binary), 4, 4, layout::right_aligned},
-};
-#undef NAMED
-
-void set(source_column &source, const rule &r, uint32_t row, uint8_t flag, int64_t value)
-{
-    if (r.source_bytes == 8)
-        source.set(row, flag, value);
-    else
-        source.set(row, flag, static_cast<int32_t>(value));
-}
-
-int64_t value_of(const source_column &source, const rule &r, uint32_t row)
-{
-    return r.source_bytes == 8 ? source.element<int64_t>(row) : source.element<int32_t>(row);
-}
-
 int64_t mixed_value(uint32_t row) { return static_cast<int64_t>((row + 1) * uint64_t{0x9E3779B97F4A7C15}); }
 
-void expect_rows(const rule &r, const source_column &source, int32_t length, bdta3_col *column, uint32_t last,
-                 target_image &expected, std::vector<service_call> &calls)
+std::string stored_bytes(layout stored, size_t width, int64_t value, int32_t length)
 {
-    for (uint32_t row = 0; row < last; row++) {
-        expected.flags[row] = source.flag(row);
-        if (source.flag(row) == 0)
-            continue;
-        const int64_t value = value_of(source, r, row);
-        const std::string bytes = r.bytes_of(value, length);
-        if (r.judged)
-            calls.push_back(judges_int(value));
-        calls.push_back(assigns_bytes(column, row, bytes));
-        expected.texts[row] = {bytes, 0};
-    }
+    const auto deciding = static_cast<uint16_t>(length);
+    if (deciding < width)
+        return low_bytes(value, deciding);
+    const std::string bytes = low_bytes(value, width);
+    if (stored == layout::low_bytes)
+        return bytes;
+    const std::string image = std::string(static_cast<size_t>(length) - width, '\0') + bytes;
+    return stored == layout::right_aligned ? image : image.substr(0, 8);
 }
 
-class integer_to_binary : public testing::TestWithParam<rule> {
+template <class Element> row_cast into_bytes(const char *name, bcast_length_fn *cast, size_t width, layout stored)
+{
+    row_cast c{.name = name,
+               .cast = cast,
+               .to_bytes = sizeof(bdta3_str),
+               .flags = row_flags::copied,
+               .no_null_ahead = true,
+               .failure_clears_flag = true,
+               .samples = {},
+               .convert =
+                   [width, stored](const row_input &input) {
+                       const std::string bytes = stored_bytes(stored, width, input.as<Element>(), input.cast.length);
+                       return row_outcome{.steps = {{assigns_bytes(input.target, input.row, bytes)}},
+                                          .text = target_image::text{bytes, 0}};
+                   },
+               .length = 9};
+    for (uint32_t row = 0; row < 1031; row++)
+        c.samples.push_back(image_of(static_cast<Element>(mixed_value(row))));
+    return c;
+}
+
+#define NAMED(cast) #cast, cast
+// The one that asks about each value; of all that the service says, just ERR_OVERFLOW counts.
+row_cast tinyint_to_varbinary()
+{
+    row_cast c = into_bytes<int32_t>(NAMED(bcast_tinyint_to_varbinary), 1, layout::low_bytes);
+    c.convert = [convert = c.convert](const row_input &input) {
+        row_outcome outcome = convert(input);
+        outcome.steps.insert(outcome.steps.begin(),
+                             {judges_int(input.as<int32_t>()), service_failure::passes_overflow_only});
+        return outcome;
+    };
+    return c;
+}
+
+struct binary_rule {
+    row_cast cast;
+    size_t width;
+    layout stored;
+
+    row_cast of_length(int32_t length) const
+    {
+        row_cast c = cast;
+        c.length = length;
+        return c;
+    }
+    std::string element(int64_t value) const
+    {
+        return cast.from_bytes() == 8 ? image_of(value) : image_of(static_cast<int32_t>(value));
+    }
+};
+
+void PrintTo(const binary_rule &r, std::ostream *out) { *out << r.cast.name; }
+
+template <class Element> binary_rule rule(const char *name, bcast_length_fn *cast, size_t width, layout stored)
+{
+    return {into_bytes<Element>(name, cast, width, stored), width, stored};
+}
+
+std::vector<binary_rule> rules()
+{
+    return {
+        rule<int64_t>(NAMED(bcast_int64_to_varbinary), 8, layout::low_bytes),
+        rule<int32_t>(NAMED(bcast_int_to_varbinary), 4, layout::low_bytes),
+        rule<int32_t>(NAMED(bcast_smallint_to_varbinary), 2, layout::low_bytes),
+        {tinyint_to_varbinary(), 1, layout::low_bytes},
+        rule<int64_t>(NAMED(bcast_int64_to_binary), 8, layout::front_of_right_aligned),
+        rule<int32_t>(NAMED(bcast_int_to_binary), 4, layout::right_aligned),
+        rule<int32_t>(NAMED(bcast_smallint_to_binary), 4, layout::right_aligned),
+        rule<int32_t>(NAMED(bcast_tinyint_to_binary), 4, layout::right_aligned),
+    };
+}
+#undef NAMED
+
+class integer_to_binary : public testing::TestWithParam<binary_rule> {
 protected:
     void SetUp() override { services().reset(); }
-
-    static void expect_success(const rule &r, source_column &source, const setup &how, int32_t length, uint32_t rows,
-                               bool wide_rows = false)
-    {
-        SCOPED_TRACE(std::to_string(rows) + " rows, length " + std::to_string(length) + ", " + describe(how));
-        target_column target(sizeof(bdta3_str), rows, how);
-        target_image expected = target.image();
-        expected.no_null = how.no_null;
-        std::vector<service_call> calls;
-        expect_rows(r, source, length, target.column(), rows, expected, calls);
-        const call_arguments with{.src = source.sealed(),
-                                  .dst = target.column(),
-                                  .rows = wide_rows ? 0x10000 + rows : rows,
-                                  .length = length};
-        EXPECT_EQ(wide_rows ? call_with_wide_rows(r.cast, with) : call(r.cast, with), 0);
-        EXPECT_TRUE(target.holds(expected));
-        EXPECT_TRUE(services().logged(calls));
-    }
 };
 
 TEST_P(integer_to_binary, rows_are_stored_and_null_rows_left_out)
 {
-    const rule &r = GetParam();
-    constexpr uint8_t flags[] = {1, 0, 2, 0x80, 0, 0xFF, 1};
-    for (const setup &how : all_setups()) {
-        for (const uint32_t rows : {0U, 1U, 2U, 30U, 1023U, 1024U, 1025U}) {
-            for (const int32_t length : {2, 12}) {
-                services().reset();
-                source_column source(r.source_bytes, rows, how);
-                for (uint32_t row = 0; row < rows; row++)
-                    set(source, r, row, flags[row % std::size(flags)], mixed_value(row));
-                expect_success(r, source, how, length, rows);
-            }
+    for (const int32_t length : {2, 12}) {
+        const row_cast c = GetParam().of_length(length);
+        for (const uint32_t row_count : {0U, 1U, 2U, 30U, 1023U, 1024U, 1025U}) {
+            const std::vector<batch_row> rows = rows_with_some_null(c, row_count);
+            for (const setup &how : all_setups())
+                expect_batch(c, how, rows);
         }
     }
 }
 
 TEST_P(integer_to_binary, values_at_every_edge_and_every_length_around_the_width)
 {
-    const rule &r = GetParam();
+    const binary_rule &r = GetParam();
     std::vector<int64_t> in_slot{0, 1, -1, 5, 127, -128, 255, 258, 32767, -32768, 0x12345678, int32_least};
-    if (r.source_bytes == 8)
+    if (r.cast.from_bytes() == 8)
         for (const int64_t value : {int64_t{0x0102030405060708}, int64_least, int64_greatest, int64_t{1} << 32})
             in_slot.push_back(value);
-    const auto rows = static_cast<uint32_t>(in_slot.size());
+    std::vector<batch_row> rows;
+    for (const int64_t value : in_slot)
+        rows.push_back({1, r.element(value)});
     for (const int32_t length :
-         {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 15, 16, 17, 1023, 1024, 1025, 32767, 32768}) {
-        services().reset();
-        source_column source(r.source_bytes, rows, few_setups().front());
-        for (uint32_t row = 0; row < rows; row++)
-            set(source, r, row, 1, in_slot[row]);
-        expect_success(r, source, few_setups().front(), length, rows);
-    }
+         {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 15, 16, 17, 1023, 1024, 1025, 32767, 32768})
+        expect_batch(r.of_length(length), few_setups().front(), rows);
 }
 
-TEST_P(integer_to_binary, the_largest_batch_and_rows_at_16_bits)
-{
-    const rule &r = GetParam();
-    const auto filled = [&](uint32_t rows, const setup &how) {
-        auto source = std::make_unique<source_column>(r.source_bytes, rows, how);
-        for (uint32_t row = 0; row < rows; row++)
-            set(*source, r, row, row % 3 == 2 ? 0 : 1, mixed_value(row));
-        return source;
-    };
-    expect_success(r, *filled(65535, few_setups()[2]), few_setups()[2], 9, 65535);
-    for (const uint32_t rows : {0U, 2U}) {
-        services().reset();
-        expect_success(r, *filled(rows, few_setups().front()), few_setups().front(), 9, rows, true);
-    }
-}
+TEST_P(integer_to_binary, every_row_count_up_to_the_largest) { expect_row_counts(GetParam().cast); }
 
 // A varbinary target's length is taken at 16 bits where it is not below the width.
 TEST_P(integer_to_binary, the_low_16_bits_of_length_decide)
 {
-    const rule &r = GetParam();
+    const binary_rule &r = GetParam();
     if (r.stored != layout::low_bytes)
         return; // a length that these have room for has no more bits
-    for (const int32_t length : {-1, 0x10008, 0x10064, 0x7FFF0010, INT32_MIN + 8}) {
-        services().reset();
-        source_column source(r.source_bytes, 3, few_setups().front());
-        for (uint32_t row = 0; row < 3; row++)
-            set(source, r, row, 1, mixed_value(row));
-        expect_success(r, source, few_setups().front(), length, 3);
-    }
+    for (const int32_t length : {-1, 0x10008, 0x10064, 0x7FFF0010, INT32_MIN + 8})
+        expect_batch(r.of_length(length), few_setups().front(), sample_rows(r.cast, {1, 1, 1}));
 }
 
 // Below the width the length is handed on as it came, with the bits above the low 16. A negative one shows that without
-// more bytes than there are.
+// more bytes than there are; what is stored at such a length is no text that a batch could compare.
 TEST_P(integer_to_binary, a_length_below_the_width_is_stored_whole)
 {
-    const rule &r = GetParam();
+    const binary_rule &r = GetParam();
     if (r.stored != layout::low_bytes)
         return; // see above
     for (uint32_t kept = 0; kept < r.width; kept++) {
         services().reset();
-        source_column source(r.source_bytes, 1, few_setups().front());
-        set(source, r, 0, 1, 0x12345678);
+        source_column source(r.cast.from_bytes(), 1, few_setups().front());
+        source.set_bytes(0, 1, r.element(0x12345678));
         target_column target(sizeof(bdta3_str), 1);
         const auto length = static_cast<int32_t>(kept) - 0x10000;
-        EXPECT_EQ(call(r.cast, {.src = source.sealed(), .dst = target.column(), .rows = 1, .length = length}), 0);
+        EXPECT_EQ(call(r.cast.cast, {.src = source.sealed(), .dst = target.column(), .rows = 1, .length = length}), 0);
         ASSERT_FALSE(services().log().empty());
         EXPECT_EQ(services().log().back().length, length);
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(casts, integer_to_binary, testing::ValuesIn(rules),
-                         [](const auto &each) { return std::string(each.param.name); });
+INSTANTIATE_TEST_SUITE_P(casts, integer_to_binary, testing::ValuesIn(rules()),
+                         [](const auto &each) { return std::string(each.param.cast.name); });
 
 struct example {
     bcast_length_fn *cast;
@@ -295,52 +268,32 @@ TEST(integer_to_binary_examples, hold)
 
 TEST(tinyint_to_varbinary, stops_at_the_value_judged_to_overflow)
 {
-    const rule &r = rules[3];
-    const uint32_t rows = 1024 + 40;
-    for (const setup &how : all_setups()) {
-        for (const uint32_t failing_row : {0U, 1U, 1022U, 1023U, 1024U, rows - 1}) {
-            SCOPED_TRACE("row " + std::to_string(failing_row) + ", " + describe(how));
-            services().reset();
-            services().answer("ntype_is_lint_overflow", "77", ERR_OVERFLOW);
-            source_column source(4, rows, how);
-            for (uint32_t row = 0; row < rows; row++)
-                set(source, r, row, row % 5 == 4 ? 0 : 9, row % 5 == 4 ? 77 : row % 50);
-            set(source, r, failing_row, 3, 77);
-            target_column target(sizeof(bdta3_str), rows, how);
-            target_image expected = target.image();
-            expected.no_null = how.no_null;
-            std::vector<service_call> calls;
-            expect_rows(r, source, 4, target.column(), failing_row, expected, calls);
-            expected.flags[failing_row] = 0;
-            calls.push_back(judges_int(77));
-            EXPECT_EQ(call(r.cast, {.src = source.sealed(), .dst = target.column(), .rows = rows, .length = 4}),
-                      ERR_OVERFLOW);
-            EXPECT_TRUE(target.holds(expected));
-            EXPECT_TRUE(services().logged(calls));
-        }
+    services().reset();
+    services().answer("ntype_is_lint_overflow", "77", ERR_OVERFLOW);
+    row_cast c = tinyint_to_varbinary();
+    c.length = 4;
+    c.convert = [convert = c.convert](const row_input &input) {
+        row_outcome outcome = convert(input);
+        outcome.steps.front().result = input.as<int32_t>() == 77 ? int32_t{ERR_OVERFLOW} : 0;
+        return outcome;
+    };
+    const uint32_t row_count = 1024 + 40;
+    for (const uint32_t failing_row : {0U, 1U, 1022U, 1023U, 1024U, row_count - 1}) {
+        std::vector<batch_row> rows;
+        for (uint32_t row = 0; row < row_count; row++)
+            rows.push_back({static_cast<uint8_t>(row % 5 == 4 ? 0 : 9), image_of(row % 5 == 4 ? 77 : row % 50)});
+        rows[failing_row] = {3, image_of(int32_t{77})};
+        for (const setup &how : all_setups())
+            expect_batch(c, how, rows);
     }
 }
 
 TEST(tinyint_to_varbinary, any_other_verdict_passes)
 {
-    const rule &r = rules[3];
-    for (const int32_t verdict : {-1, ERR_OVERFLOW - 1, ERR_OVERFLOW + 1, INT32_MIN, 1, -ERR_OVERFLOW}) {
-        SCOPED_TRACE(verdict);
-        services().reset();
-        services().fail_call(1, verdict);
-        const setup &how = few_setups().front();
-        source_column source(4, 3, how);
-        for (uint32_t row = 0; row < 3; row++)
-            set(source, r, row, 1, row + 1);
-        target_column target(sizeof(bdta3_str), 3, how);
-        target_image expected = target.image();
-        expected.no_null = how.no_null;
-        std::vector<service_call> calls;
-        expect_rows(r, source, 4, target.column(), 3, expected, calls);
-        EXPECT_EQ(call(r.cast, {.src = source.sealed(), .dst = target.column(), .rows = 3, .length = 4}), 0);
-        EXPECT_TRUE(target.holds(expected));
-        EXPECT_TRUE(services().logged(calls));
-    }
+    services().reset();
+    const row_cast c = tinyint_to_varbinary();
+    for (const int32_t verdict : {-1, ERR_OVERFLOW - 1, ERR_OVERFLOW + 1, INT32_MIN, 1, -ERR_OVERFLOW})
+        expect_batch(c, few_setups().front(), sample_rows(c, {1, 1, 1}), {.results = {{1, verdict}}});
 }
 
 // That an alias of the catalogue has its cast's address is shown for all of them at once.

@@ -1,9 +1,9 @@
 // Casts to boolean, which keeps its null in the element, and from it; the two tests for a binary zero.
 
 #include "tests/logical/samples.h"
+#include "tests/support/text_element.h"
 
 #include <limits>
-#include <memory>
 
 namespace bcast::test {
 namespace {
@@ -108,17 +108,10 @@ private:
 
 std::vector<sample> varbinary_samples()
 {
-    static const std::vector<std::unique_ptr<guarded<char>>> texts = [] {
-        std::vector<std::unique_ptr<guarded<char>>> all;
-        for (const zero_case &c : zero_cases())
-            all.push_back(std::make_unique<guarded<char>>(std::span<const char>(c.text)));
-        return all;
-    }();
     std::vector<sample> samples;
-    for (size_t k = 0; k < texts.size(); k++) {
-        // pad_len has no part in it.
-        const bdta3_str element{static_cast<int32_t>(texts[k]->size()), static_cast<int32_t>(k % 3), texts[k]->data()};
-        samples.push_back(becomes(element, 1 - zero_cases()[k].is_zero));
+    for (const zero_case &c : zero_cases()) {
+        const auto pad_len = static_cast<int32_t>(samples.size() % 3); // has no part in it
+        samples.push_back({text_element(c.text, pad_len), image_of(1 - c.is_zero)});
     }
     return samples;
 }

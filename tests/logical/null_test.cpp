@@ -79,8 +79,8 @@ row_cast cast_of(const null_rule &r)
             .flags = row_flags::cleared,
             .no_null_ahead = false,
             .failure_clears_flag = false,
-            .samples = {std::string(widest_element, '\x55')},
-            .convert = {}, // no row is
+            .samples = {std::string(1, '\x55')}, // nobody looks at it
+            .convert = {},                       // no row is
             .length = 10,
             .no_null_stays = r.no_null == null_mark::kept,
             .reads = source_reading::nothing};

@@ -1,7 +1,7 @@
 #include "tests/support/double_temporal.h"
 
-#include "tests/support/call.h"
 #include "tests/support/batch.h"
+#include "tests/support/call.h"
 #include "tests/support/service_double.h"
 
 #include <services/interval.h>

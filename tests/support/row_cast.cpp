@@ -356,6 +356,11 @@ std::vector<batch_row> sample_rows(const row_cast &c, const std::vector<uint8_t>
     return rows;
 }
 
+std::vector<batch_row> rows_with_some_null(const row_cast &c, uint32_t row_count)
+{
+    return sample_rows(c, flags_of(row_count, [](uint32_t row) { return mixed_flags[row % std::size(mixed_flags)]; }));
+}
+
 void expect_rows_and_null_rows(const row_cast &c)
 {
     const std::function<uint8_t(uint32_t)> patterns[] = {

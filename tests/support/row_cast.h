@@ -188,6 +188,9 @@ void expect_batch(const row_cast &c, const setup &how, const std::vector<batch_r
 // A batch of samples, in which each flag of 0 makes a null row.
 std::vector<batch_row> sample_rows(const row_cast &c, const std::vector<uint8_t> &flags);
 
+// A batch of them in which rows are null here and there, and present by one number or another.
+std::vector<batch_row> rows_with_some_null(const row_cast &c, uint32_t row_count);
+
 // Everything that can be told of a cast whose services do not fail.
 void expect_rows_and_null_rows(const row_cast &c);
 
