@@ -21,8 +21,9 @@ namespace machine {
 // A level without a way of its own takes that of the one below it.
 constexpr level below(level at) { return at == level::avx512 ? level::avx2 : level::any; }
 
-// What a function is at a level: itself, unless there is a specialisation.
-template <auto body, level at> inline constexpr auto way_of = body;
+// What a function is at a level: itself, unless there is a specialisation for the level or one below it.
+template <auto body, level at> inline constexpr auto way_of = way_of<body, below(at)>;
+template <auto body> inline constexpr auto way_of<body, level::any> = body;
 
 // A function compiled for each level.
 template <auto body> struct compiled;
