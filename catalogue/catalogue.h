@@ -40,12 +40,12 @@ enum class protocol {
 
 // When and how the target's no_null is written.
 enum class no_null {
-    after,        // the source's, behind a walk that ran to its end
-    before,       // the source's, ahead of the walk; 0 when a row turns null or gets a verdict
-    set,          // 1
-    clear,        // 0
-    only_cleared, // kept, but 0 when a row turns null
-    never,        // kept
+    behind,  // the source's, behind a walk that ran to its end
+    ahead,   // the source's, ahead of the walk; 0 when a row turns null or gets a verdict
+    one,     // 1
+    zero,    // 0
+    or_zero, // kept, but 0 when a row turns null
+    kept,
 };
 
 // What a cast is for, between the same two types.

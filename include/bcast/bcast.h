@@ -3,7 +3,7 @@
  *     column.h  the records: columns, elements, working values
  *     codes.h   failure codes
  *     values.h  what other numbers mean: operators, types, shapes, modes, limits
- *     casts.h   the contract of a call, and all 344 casts by argument pattern
+ *     casts.h   the contract of a call, and all casts by group
  *
  * embedded.h, not included here, has columns and services for programs that
  * have no engine of their own.

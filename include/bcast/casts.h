@@ -11,14 +11,15 @@
  * Arguments
  *
  *   env, heap   handed on to the services that a cast calls. Casts that need the
- *               current time zone read it from the first 16 bits behind heap.
+ *               current time zone read it from the first 16 bits that heap points to.
  *   src         the source column; nothing in it is written.
  *   length      the target's declared length in bytes, never in characters; for a
  *               dec target its shape, as BCAST_DEC_SHAPE makes it. A cast does not
  *               ask whether it makes sense.
  *   dst         the target column; its flags, values and no_null are written. The
  *               arrays hold rows rows, and do not overlap the source's.
- *   rows        rows of the batch, 0 to 65535; only its low 16 bits count.
+ *   rows        rows of the batch, 0 to 65535: only the low 16 bits count, whatever a
+ *               caller has put above them.
  *   err_codes   one code for each row of the batch, all 0 before the call, or null.
  *   err_count   how many codes were stored: counts on from what it holds, at 16
  *               bits. Not read where err_codes is null.
@@ -31,7 +32,8 @@
  *
  *   A row that is present may turn null: an empty text that is to become a number,
  *   bit, temporal value or interval, and what else a group names. Its flag is then
- *   0, and so is the target's no_null.
+ *   0, and so is the target's no_null; its element keeps its bytes, but a bit
+ *   becomes 0.
  *
  *   A char or varchar2 target counts blanks behind a text (pad_len) up to its
  *   length; a varchar target has none, or those of a character source as far as
@@ -39,7 +41,8 @@
  *
  * Results
  *
- *   0, or a negative code: one of codes.h, or a service's own as it is.
+ *   0, or a negative code: one of codes.h, or a service's own as it is. Here and in
+ *   what follows a group may say else.
  *
  *   Stop. A cast without err_codes, or with err_codes null, returns the code of
  *   the first row that fails. Rows before it are complete; rows behind it are
@@ -57,11 +60,13 @@
  *
  * Where casts differ: of the lines that a cast fits, the last one holds.
  *
- *   from, to   types, parts of names where a * stands, or groups of types: integers
- *              (tinyint, smallint, int, int64), numbers (integers, float, double,
- *              dec), characters (char, varchar, varchar2, also as hexadecimal
- *              text), bytes (binary, varbinary), temporal (date, time, time_tz,
- *              datetime, datetime_tz), intervals (ivym, ivdt), any
+ *   from, to   types, parts of names (with * for any text), or groups of types:
+ *              integers (tinyint, smallint, int, int64), numbers (integers, float,
+ *              double, dec), characters (char, varchar, varchar2), bytes (binary,
+ *              varbinary), temporal (date, time, time_tz, datetime, datetime_tz),
+ *              intervals (ivym, ivdt), any. In names iv_ym and ym are ivym, iv_dt and
+ *              dt are ivdt, varbit is a bit, hex_varchar a varchar, tltz and
+ *              timestamp_local_time_zone are datetime_tz
  *   no_null    behind  the source's, behind the last row; a cast that stops leaves
  *                      it as it was
  *              ahead   the source's, ahead of the first row; 0 when a row turns null
@@ -109,6 +114,7 @@
  *
  *   characters            numbers              ahead    each   set    service, ERR_OVERFLOW
  *   char                  numbers              ahead    fill   set    service, ERR_OVERFLOW
+ *   varchar               *_directly           ahead    each   set    service
  *   characters            bit                  ahead    each   set    ERR_BAD_CONVERSION
  *   varchar               bit                  or 0     each   set    ERR_BAD_CONVERSION
  *   varchar2              bit                  kept     each   set    ERR_BAD_CONVERSION
@@ -116,7 +122,7 @@
  *   char                  *_fast               ahead    fill   set    service, ERR_BAD_DATETIME
  *   characters            intervals            or 0     fill   set    service, ERR_BAD_INTERVAL
  *   characters            bfile                ahead    each   set    ERR_BAD_BFILE
- *   characters            characters           behind   each   0      ERR_TRUNCATED
+ *   characters            characters           behind   each   0      ERR_TRUNCATED, service
  *   varchar               char_explicit        ahead    each   set    ERR_NO_MEMORY
  *   varchar               varchar_explicit     ahead    each   set    ERR_NO_MEMORY
  *   characters            bytes                ahead    each   0      service, ERR_TRUNCATED
@@ -128,10 +134,11 @@
  *   integers              bytes                ahead    each   -
  *   tinyint               varbinary            ahead    each   0      ERR_OVERFLOW
  *   bytes                 characters           ahead    each   0      service, ERR_TRUNCATED
+ *   bytes                 hex_*                ahead    each   0      ERR_TRUNCATED
  *   bytes                 text, blob           ahead    each   0      service
  *   bytes                 binary               ahead    each   0      ERR_TRUNCATED
  *   bytes                 binary_explicit      ahead    each   -
- *   bytes                 varbinary            behind   each   0      ERR_TRUNCATED
+ *   bytes                 varbinary            behind   each   0      ERR_TRUNCATED, service
  *   temporal              text                 ahead    each   0      ERR_TO_CHAR, service
  *   datetime              varchar_ex           ahead    each   0      ERR_TO_CHAR, ERR_TARGET_TOO_SHORT
  *   intervals             characters           ahead    each   0      ERR_TO_CHAR, ERR_TARGET_TOO_SHORT
@@ -191,13 +198,15 @@ typedef int32_t bcast_length_capture_fn(void *env, void *heap, const bdta3_col *
  * gives the same answer. Where there is no such integer, or the literal is out of
  * range, the target's flag is a bcast_verdict, the element 0, and no_null 0; that
  * is no failure. With any other cmp_op a literal that is not whole, or is out of
- * range, becomes what the last one became that was neither, or 0. */
+ * range, becomes the integer of the last row that was whole and in range, or 0. */
 typedef int32_t bcast_direct_fn(void *env, void *heap, uint16_t cmp_op, const bdta3_col *src, bdta3_col *dst,
                                 uint16_t rows);
 
 /* One literal of these casts, of length bytes: *verdict is VERDICT_NONE and
  * *result the integer, or *verdict is another one and *result is not written.
- * Returns 0, or the code of a text that is no number. */
+ * Returns 0, or the code of a text that is no number. Where it fails, and with any
+ * other cmp_op for a literal that is not whole or is out of range, *verdict is
+ * VERDICT_NONE and *result is not written. */
 typedef int32_t bcast_int_low_fn(void *env, const char *text, int32_t length, uint16_t cmp_op, int32_t *verdict,
                                  int32_t *result);
 typedef int32_t bcast_int64_low_fn(void *env, const char *text, int32_t length, uint16_t cmp_op, int32_t *verdict,
@@ -372,8 +381,8 @@ bcast_length_capture_fn bcast_hex_varchar_to_binary, bcast_hex_varchar_to_binary
 /* Binary to hexadecimal text. A value above BCAST_HEX_VALUE_MAX bytes has none, and fails in all forms with
  * ERR_TRUNCATED; bcast_*_to_hex_char and bcast_*_to_hex_varchar2 then leave the flag set, alone in this group. A text
  * that is too long is cut by the explicit forms, and fails in the others. The casts to hex_char, hex_varchar and
- * hex_varchar2 do not look at the result of the service that makes the text, and take NULs and blanks from its end;
- * those blanks are what a hex_varchar counts */
+ * hex_varchar2 do not look at the result of the service that makes the text, and take NULs and blanks from its end,
+ * behind the test of its length; those blanks are what a hex_varchar counts */
 bcast_length_capture_fn bcast_binary_to_char, bcast_binary_to_varchar, bcast_binary_to_varchar2;
 bcast_length_capture_fn bcast_varbinary_to_char, bcast_varbinary_to_varchar, bcast_varbinary_to_varchar2;
 bcast_length_fn bcast_binary_to_hex_char, bcast_binary_to_hex_varchar, bcast_binary_to_hex_varchar2;
@@ -425,7 +434,7 @@ bcast_length_fn bcast_dec_to_dec;
 bcast_length_fn bcast_double_to_dec;
 bcast_length_fn bcast_float_to_dec;
 
-/* dec, double and float to characters and text. What is too long is ERR_TRUNCATED. length of the casts from dec to
+/* dec, double and float to characters and text. What is too long for characters is ERR_TRUNCATED. length of the casts from dec to
  * characters holds the source's shape too, as BCAST_DEC_TEXT_LENGTH makes it; its len goes on as a signed byte. Under
  * BCAST_MODE_EMPTY_IS_NULL, and into text, a dec has no shape. bcast_dec_to_text does not look at the result of the
  * service that makes the large object. Of a double a service is asked first, and ERR_OVERFLOW where that refuses it; of

@@ -65,7 +65,7 @@ int32_t trimmed_up_to_length(int32_t length, const trimmed &text) { return up_to
 int32_t blanks_trimmed(int32_t, const trimmed &text) { return text.blanks; }
 using trimmed_blanks_rule = int32_t(int32_t length, const trimmed &text);
 
-int32_t keep_flag(bdta3_col *, uint32_t, int32_t code) { return code; }
+int32_t fail_keeping_flag(bdta3_col *, uint32_t, int32_t code) { return code; }
 using failing_row = int32_t(bdta3_col *dst, uint32_t i, int32_t code);
 
 // One working value serves the batch. It is not cleared between rows, and not where a row fails: what it holds then is
@@ -132,7 +132,7 @@ int32_t bcast_varbinary_to_varchar_explicit(void *env, void *heap, const bdta3_c
 int32_t bcast_varbinary_to_hex_char(void *env, void *heap, const bdta3_col *src, int32_t length, bdta3_col *dst,
                                     uint16_t rows)
 {
-    return show_hex_rows<trimmed_up_to_length, keep_flag>(env, heap, src, length, dst, rows);
+    return show_hex_rows<trimmed_up_to_length, fail_keeping_flag>(env, heap, src, length, dst, rows);
 }
 bcast_length_fn bcast_varbinary_to_hex_varchar2 ALIAS_OF(bcast_varbinary_to_hex_char);
 bcast_length_fn bcast_binary_to_hex_char ALIAS_OF(bcast_varbinary_to_hex_char);

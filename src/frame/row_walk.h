@@ -23,8 +23,8 @@ template <class Walk> ALWAYS_INLINE walk_outcome with_source_rows(const bdta3_co
     return walk([](uint32_t i) { return i; });
 }
 
-// Flag-driven: every row's flag is copied as it stands, and tells whether the row is converted. no_null is not looked
-// at.
+// Flag-driven ("each" in the table of casts.h): every row's flag is copied as it stands, and tells whether the row is
+// converted. no_null is not looked at.
 template <class Failures, class Convert>
 ALWAYS_INLINE walk_outcome walk_present_rows(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Failures failures,
                                              Convert &&convert)
@@ -64,8 +64,8 @@ ALWAYS_INLINE walk_outcome walk_all_rows(const bdta3_col *src, uint16_t rows, Fa
     });
 }
 
-// Filling: where the source says that no row is null, its flags are not read; all target flags become 1 ahead of the
-// first row and all rows are converted. Otherwise flag-driven.
+// Filling ("fill"): where the source says that no row is null, its flags are not read; all target flags become 1 ahead
+// of the first row and all rows are converted. Otherwise flag-driven.
 template <class Failures, class Convert>
 ALWAYS_INLINE walk_outcome walk_filling_flags(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Failures failures,
                                               Convert &&convert)
@@ -76,8 +76,8 @@ ALWAYS_INLINE walk_outcome walk_filling_flags(const bdta3_col *src, bdta3_col *d
     return walk_all_rows(src, rows, failures, convert);
 }
 
-// Flag-driven, but that without a selection all flags are copied as one block ahead of the first row: a failure that
-// ends the cast then leaves the flags of the rows behind it copied.
+// Flag-driven, but that without a selection ("block") all flags are copied as one block ahead of the first row: a
+// failure that ends the cast then leaves the flags of the rows behind it copied.
 template <class Failures, class Convert>
 ALWAYS_INLINE walk_outcome walk_copying_flags_ahead(const bdta3_col *src, bdta3_col *dst, uint16_t rows,
                                                     Failures failures, Convert &&convert)

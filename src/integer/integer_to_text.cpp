@@ -81,8 +81,8 @@ template <class Element, blanks_rule blanks> struct formatted_here {
     }
 };
 
-// text: a large-object constant. One working value serves the whole batch and is not cleared: what it holds outline at
-// the end is left to the pool.
+// text: a large-object constant. One working value serves the whole batch and is not cleared, as it is by
+// store_large_object: what it holds outline at the end is left to the pool.
 template <class Element> struct into_text {
     template <machine::level level>
     ALWAYS_INLINE static int32_t at(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,

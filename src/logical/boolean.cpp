@@ -194,7 +194,7 @@ int32_t bcast_boolean_to_boolean(void *, void *, const bdta3_col *src, bdta3_col
     return 0;
 }
 
-// From boolean: by its flag, where its kin go by no_null.
+// From boolean. This one goes by the flags alone, its kin by no_null.
 int32_t bcast_boolean_to_tinyint(void *, void *, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     return walk_blocks<low8>(src, dst, rows);

@@ -1,4 +1,4 @@
-// double into numbers, characters and text. Each cast asks something of the value first. What a value that does not fit
+// double into numbers, characters and text. Each cast asks something of the value first. What a value that is refused
 // fails with depends on the target: the predicate's own code for float, int64 and dec, ERR_OVERFLOW for all others.
 
 #include "src/frame/alias.h"

@@ -108,12 +108,12 @@ std::vector<service_call> calls_without_rows(const cast &c, const source_column 
 int32_t no_null_after(const cast &c, const setup &how)
 {
     switch (c.no_null) {
-    case no_null::after:
-    case no_null::before:
+    case no_null::behind:
+    case no_null::ahead:
         return how.no_null;
-    case no_null::set:
+    case no_null::one:
         return 1;
-    case no_null::clear:
+    case no_null::zero:
         return 0;
     default:
         return how.no_null_before;
@@ -219,7 +219,7 @@ TEST_P(every_cast, null_rows_call_no_service_and_keep_their_elements_or_are_unkn
             target_image expected = target.image();
             expected.no_null = no_null_after(c, how);
             if (!touches_nothing(c))
-                std::ranges::fill(expected.flags, uint8_t{c.no_null == no_null::set});
+                std::ranges::fill(expected.flags, uint8_t{c.no_null == no_null::one});
             if (c.target == BCAST_BOOLEAN)
                 expect_unknown(c, source, rows, expected);
             const call_arguments with{

@@ -122,15 +122,15 @@ std::vector<cast> casts_with_columns()
 std::string_view in_the_table(catalogue::no_null rule)
 {
     switch (rule) {
-    case catalogue::no_null::after:
+    case catalogue::no_null::behind:
         return "behind";
-    case catalogue::no_null::before:
+    case catalogue::no_null::ahead:
         return "ahead";
-    case catalogue::no_null::set:
+    case catalogue::no_null::one:
         return "1";
-    case catalogue::no_null::clear:
+    case catalogue::no_null::zero:
         return "0";
-    case catalogue::no_null::only_cleared:
+    case catalogue::no_null::or_zero:
         return "or 0";
     default:
         return "kept";
