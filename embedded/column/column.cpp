@@ -1,9 +1,8 @@
 // The columns that a program makes, fills, selects from and reads.
-#include "embedded/column/record.h"
-
 #include "embedded/column/copy_row.h"
 #include "embedded/column/keep_bytes.h"
 #include "embedded/column/large_object.h"
+#include "embedded/column/record.h"
 
 #include <algorithm>
 #include <bit>

@@ -434,11 +434,11 @@ bcast_length_fn bcast_dec_to_dec;
 bcast_length_fn bcast_double_to_dec;
 bcast_length_fn bcast_float_to_dec;
 
-/* dec, double and float to characters and text. What is too long for characters is ERR_TRUNCATED. length of the casts from dec to
- * characters holds the source's shape too, as BCAST_DEC_TEXT_LENGTH makes it; its len goes on as a signed byte. Under
- * BCAST_MODE_EMPTY_IS_NULL, and into text, a dec has no shape. bcast_dec_to_text does not look at the result of the
- * service that makes the large object. Of a double a service is asked first, and ERR_OVERFLOW where that refuses it; of
- * a float none */
+/* dec, double and float to characters and text. What is too long for characters is ERR_TRUNCATED. length of the casts
+ * from dec to characters holds the source's shape too, as BCAST_DEC_TEXT_LENGTH makes it; its len goes on as a signed
+ * byte. Under BCAST_MODE_EMPTY_IS_NULL, and into text, a dec has no shape. bcast_dec_to_text does not look at the
+ * result of the service that makes the large object. Of a double a service is asked first, and ERR_OVERFLOW where that
+ * refuses it; of a float none */
 bcast_length_fn bcast_dec_to_char, bcast_dec_to_varchar, bcast_dec_to_varchar2;
 bcast_length_fn bcast_double_to_char, bcast_double_to_varchar, bcast_double_to_varchar2;
 bcast_length_fn bcast_float_to_char, bcast_float_to_varchar, bcast_float_to_varchar2;

@@ -29,7 +29,8 @@ int32_t copy_batch(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, 
 // A row that fails leaves the working value as it is: what it holds then is left to the pool.
 
 // The blanks that a char source counts become bytes of the value. The stored length is reckoned from the value's, not
-// taken from the working value as store_large_object does. A text with its blanks may have BCAST_BINARY_MAX bytes; the cast does not test it.
+// taken from the working value as store_large_object does. A text with its blanks may have BCAST_BINARY_MAX bytes; the
+// cast does not test it.
 int32_t bcast_varchar_to_blob(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows,
                               int32_t *err_codes, uint16_t *err_count)
 {

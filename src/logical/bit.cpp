@@ -1,5 +1,5 @@
-// Casts to bit, and from bit to numbers; those to characters and dec stand with the integers. A number becomes a bit by a test
-// for zero, a text by a scan of its digits.
+// Casts to bit, and from bit to numbers; those to characters and dec stand with the integers. A number becomes a bit by
+// a test for zero, a text by a scan of its digits.
 
 #include "src/frame/alias.h"
 #include "src/frame/block_walk.h"

@@ -63,8 +63,8 @@ int32_t bcast_dec_to_varchar(void *env, void *heap, const bdta3_col *src, int32_
     return to_characters<no_blanks>(env, heap, src, length, dst, rows);
 }
 
-// Without a shape in every mode. Whether the large object could be made is not asked, and it is taken from where outline
-// points, be it short or not: so it is not stored as others are (store_large_object).
+// Without a shape in every mode. Whether the large object could be made is not asked, and it is taken from where
+// outline points, be it short or not: so it is not stored as others are (store_large_object).
 int32_t bcast_dec_to_text(void *env, void *heap, const bdta3_col *src, bdta3_col *dst, uint16_t rows)
 {
     const xdec *from = elements<xdec>(src);
