@@ -178,7 +178,7 @@ TEST_P(binary_to_binary, the_pad_len_of_the_source_is_not_looked_at)
 
 TEST_P(binary_to_binary, an_empty_value_is_filled_in_every_mode)
 {
-    c.compat_mode2 = 2;
+    c.compat_mode2 = BCAST_CUT_BY_CHARSET_6;
     for (const int32_t mode : {0, 1, 2, 3}) {
         c.compat_mode = mode;
         for (const int32_t length : {0, 3})
@@ -237,7 +237,7 @@ class binary_to_varbinary : public binary_length {};
 TEST_P(binary_to_varbinary, bytes_are_kept_and_pad_len_as_far_as_there_is_room)
 {
     expect_rows_and_null_rows(c);
-    c.compat_mode = 2;
+    c.compat_mode = BCAST_MODE_EMPTY_IS_NULL;
     for (const setup &how : all_setups())
         expect_batch(c, how, sample_rows(c, {1, 0x80, 0, 0xFF, 1, 2, 3, 4, 5, 6, 7}));
 }

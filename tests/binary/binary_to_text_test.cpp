@@ -205,7 +205,7 @@ TEST_P(binary_to_text, every_row_count_up_to_the_largest) { expect_row_counts(c)
 
 TEST_P(binary_to_text, an_empty_value_is_an_empty_text_in_every_mode)
 {
-    c.compat_mode2 = 2;
+    c.compat_mode2 = BCAST_CUT_BY_CHARSET_6;
     for (const int32_t mode : {0, 1, 2, 3}) {
         c.compat_mode = mode;
         for (const int32_t length : {0, 1, 5})

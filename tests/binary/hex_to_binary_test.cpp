@@ -30,7 +30,7 @@ bool has_prefix(const bdta3_str &element)
 row_outcome decode(const row_input &input, shorter when_shorter, longer when_longer)
 {
     const auto element = input.as<bdta3_str>();
-    if (when_shorter == shorter::kept && input.cast.compat_mode == 2 && element.length == 0)
+    if (when_shorter == shorter::kept && input.cast.compat_mode == BCAST_MODE_EMPTY_IS_NULL && element.length == 0)
         return {.turns_null = true};
     const bool prefix = has_prefix(element);
     const auto bytes = services().binary.bytes_of(bytes_at(element.text, element.length), prefix);
@@ -290,7 +290,7 @@ TEST_P(hex_to_varbinary, a_short_value_is_stored_from_where_it_was_decoded)
 // Ahead of the comparison with the length, which an empty value does not fit.
 TEST_P(hex_to_varbinary, in_mode_2_an_empty_text_is_null_whatever_the_length)
 {
-    c.compat_mode = 2;
+    c.compat_mode = BCAST_MODE_EMPTY_IS_NULL;
     for (const int32_t length : {0, -1, int32_least})
         expect_with_length(length, {{1, text_element("")}}, few_setups()[1]);
 }
@@ -304,7 +304,7 @@ class hex_to_binary_settings : public hex_to_binary {};
 
 TEST_P(hex_to_binary_settings, in_mode_2_an_empty_text_is_null_in_varbinary_and_clears_no_null)
 {
-    c.compat_mode = 2;
+    c.compat_mode = BCAST_MODE_EMPTY_IS_NULL;
     c.samples = text_elements({"AB"});
     at_several_rows(c, element_of_length(0), [&](const std::vector<batch_row> &rows) {
         for (const setup &how : all_setups())
@@ -314,7 +314,7 @@ TEST_P(hex_to_binary_settings, in_mode_2_an_empty_text_is_null_in_varbinary_and_
 
 TEST_P(hex_to_binary_settings, in_any_other_mode_an_empty_text_is_an_empty_value)
 {
-    c.compat_mode2 = 2;
+    c.compat_mode2 = BCAST_CUT_BY_CHARSET_6;
     for (const int32_t mode : {0, 1, 3, -2, 4, 0x10002, int32_least}) {
         c.compat_mode = mode;
         for (const setup &how : few_setups())
@@ -325,21 +325,21 @@ TEST_P(hex_to_binary_settings, in_any_other_mode_an_empty_text_is_an_empty_value
 // A text that decodes to nothing is not empty, nor is one of a single byte.
 TEST_P(hex_to_binary_settings, in_mode_2_a_prefix_alone_is_an_empty_value)
 {
-    c.compat_mode = 2;
+    c.compat_mode = BCAST_MODE_EMPTY_IS_NULL;
     services().binary.decoded["0"] = "";
     expect_with_length(3, {{1, text_element("0x")}, {1, text_element("0")}}, few_setups()[1]);
 }
 
 TEST_P(hex_to_binary_settings, in_mode_2_a_captured_failure_leaves_no_null)
 {
-    c.compat_mode = 2;
+    c.compat_mode = BCAST_MODE_EMPTY_IS_NULL;
     expect_with_length(3, {{1, text_element("11")}, {1, text_element("no")}, {1, text_element("22")}}, few_setups()[1],
                        {.results = {{1, -9}}, .capture = true});
 }
 
 TEST_P(hex_to_binary_settings, a_failure_behind_an_empty_text_leaves_no_null_as_the_walk_has_it)
 {
-    c.compat_mode = 2;
+    c.compat_mode = BCAST_MODE_EMPTY_IS_NULL;
     for (const bool capture : {false, true})
         expect_with_length(3, {{1, text_element("")}, {1, text_element("no")}, {1, text_element("33")}},
                            few_setups()[1], {.capture = capture});

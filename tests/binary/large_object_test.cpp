@@ -140,7 +140,7 @@ TEST_P(to_large_object, large_values)
 
 TEST_P(to_large_object, an_empty_value_is_stored_in_every_mode)
 {
-    c.compat_mode2 = 2;
+    c.compat_mode2 = BCAST_CUT_BY_CHARSET_6;
     for (const int32_t mode : {0, 1, 2, 3}) {
         c.compat_mode = mode;
         expect_batch(c, few_setups()[1], {{1, element("", 0)}, {1, element("", 0)}});

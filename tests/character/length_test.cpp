@@ -482,7 +482,7 @@ TEST_P(cut_length, no_space_behind_a_row_that_turned_null_leaves_no_null_clear)
 {
     measure_as(0);
     for (const setup &how : all_setups())
-        expect_batch(cast_to(GetParam(), 5, {.compat_mode = 2}), how,
+        expect_batch(cast_to(GetParam(), 5, {.compat_mode = BCAST_MODE_EMPTY_IS_NULL}), how,
                      present_rows({text_element("abcdef"), text_element("abc", 0), text_element("abc")}),
                      {.results = {{0, -1}}});
 }
