@@ -10,11 +10,13 @@
 
 #include <algorithm>
 #include <fstream>
+#include <initializer_list>
 #include <map>
 #include <optional>
-#include <regex>
 #include <set>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <dlfcn.h>
 #include <fnmatch.h>
@@ -40,26 +42,47 @@ struct line {
     std::string no_null, flags, fails;
 };
 
-std::vector<std::string> split(const std::string &list)
+// The parts of a text between separators, which may be longer than the separator; without empty ones.
+std::vector<std::string> split(const std::string &text, const std::string &separator)
 {
-    static const std::regex comma(", ");
-    return {std::sregex_token_iterator(list.begin(), list.end(), comma, -1), std::sregex_token_iterator()};
+    std::vector<std::string> parts;
+    for (size_t at = 0; at < text.size();) {
+        const size_t end = std::min(text.find(separator, at), text.size());
+        if (end > at)
+            parts.push_back(text.substr(at, end - at));
+        at = end + separator.size();
+        while (at < text.size() && text[at] == ' ')
+            at++;
+    }
+    return parts;
+}
+
+bool is_one_of(const std::string &word, std::initializer_list<std::string_view> words)
+{
+    return std::ranges::find(words, word) != words.end();
 }
 
 // A line that is none of the table, between its head and the end of the comment, is left to the test.
 std::vector<line> read_table()
 {
     std::ifstream header(BCAST_SOURCE_DIR "/include/bcast/casts.h");
-    const std::regex head(" \\*   from +to +no_null +flags +fails +with");
-    const std::regex row(" \\*   ((?:[\\w*]+, )*[\\w*]+) +((?:[\\w*]+, )*[\\w*]+) +(behind|ahead|or 0|kept|1|0) +"
-                         "(each|fill|block|kept|1|0) +(set|own|0|-)(?: +.*)?");
+    const std::string margin = " *   ";
+    const auto columns_of = [&](const std::string &text) {
+        return text.starts_with(margin) ? split(text.substr(margin.size()), "  ") : std::vector<std::string>();
+    };
     std::vector<line> table;
     std::string text;
-    while (std::getline(header, text) && !std::regex_match(text, head))
+    while (std::getline(header, text) &&
+           columns_of(text) != std::vector<std::string>{"from", "to", "no_null", "flags", "fails", "with"})
         ;
     while (std::getline(header, text) && text != " */") {
-        if (std::smatch found; std::regex_match(text, found, row))
-            table.push_back({text, split(found[1]), split(found[2]), found[3], found[4], found[5]});
+        const std::vector<std::string> columns = columns_of(text);
+        if ((columns.size() == 5 || columns.size() == 6) &&
+            is_one_of(columns[2], {"behind", "ahead", "or 0", "kept", "1", "0"}) &&
+            is_one_of(columns[3], {"each", "fill", "block", "kept", "1", "0"}) &&
+            is_one_of(columns[4], {"set", "own", "0", "-"}))
+            table.push_back(
+                {text, split(columns[0], ", "), split(columns[1], ", "), columns[2], columns[3], columns[4]});
         else if (text != " *")
             table.push_back({text, {}, {}, {}, {}, {}});
     }
