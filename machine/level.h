@@ -47,14 +47,16 @@ inline constexpr level highest = lowest;
 // Whether the build has code for a level above the lowest, and the processor runs it.
 [[gnu::always_inline]] inline bool has(level wanted)
 {
+#if defined(MACHINE_IS_X86_64)
     if (wanted <= lowest || wanted > highest)
         return wanted <= lowest;
-#if defined(MACHINE_IS_X86_64)
     const bool avx2 = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2");
     if (wanted == level::avx2)
         return avx2;
     return avx2 && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
            __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl");
+#else
+    return wanted <= lowest;
 #endif
 }
 

@@ -339,8 +339,8 @@ bcast_length_capture_fn bcast_varchar_to_char, bcast_varchar_to_varchar, bcast_v
 bcast_length_capture_fn bcast_varchar2_to_char, bcast_varchar2_to_varchar, bcast_varchar2_to_varchar2;
 bcast_length_fn bcast_varchar_to_char_explicit, bcast_varchar_to_varchar_explicit;
 
-/* Characters to integers: a service reads the number; what is out of the target's range is ERR_OVERFLOW. Of the length
- * of a char or varchar2 only the low 16 bits count, but for telling an empty text */
+/* Characters to integers: a service reads the number; what that gives and the target cannot hold is ERR_OVERFLOW. Of
+ * the length of a char or varchar2 only the low 16 bits count, but for telling an empty text */
 bcast_plain_fn bcast_char_to_tinyint, bcast_char_to_smallint, bcast_char_to_int, bcast_char_to_int64;
 bcast_plain_fn bcast_varchar2_to_tinyint, bcast_varchar2_to_smallint, bcast_varchar2_to_int, bcast_varchar2_to_int64;
 bcast_capture_fn bcast_varchar_to_tinyint, bcast_varchar_to_smallint, bcast_varchar_to_int, bcast_varchar_to_int64;
@@ -413,8 +413,8 @@ bcast_plain_fn bcast_text_to_text, bcast_text_to_blob, bcast_blob_to_blob;
 
 /* dec, double and float to numbers. bcast_float_to_float and bcast_float_to_double write the elements of null rows too.
  *
- * A dec becomes an integer by a service, and what is out of range is ERR_OVERFLOW; a float by way of a double, which
- * has to pass the service that knows what is too large for one.
+ * A dec becomes an integer by a service, and what that gives and the target cannot hold is ERR_OVERFLOW; a float by way
+ * of a double, which has to pass the service that knows what is too large for one.
  *
  * A double is judged by a service. Where that refuses it the code is the service's for float, int64 and dec, and
  * ERR_OVERFLOW for double and for the targets of other groups. For tinyint, smallint and int none is asked: what lies

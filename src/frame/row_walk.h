@@ -97,6 +97,7 @@ inline int32_t copy_no_null_behind(const bdta3_col *src, bdta3_col *dst, walk_ou
         copy_no_null(src, dst);
     return walk.status;
 }
+
 // The walk of most casts between numbers: flag-driven, with no_null copied behind it.
 template <class Failures, class Convert>
 ALWAYS_INLINE int32_t walk_then_copy_no_null(const bdta3_col *src, bdta3_col *dst, uint16_t rows, Failures failures,
