@@ -47,7 +47,7 @@ row_cast cast_to(int32_t length)
             .samples = text_elements({"DIR:file.dat", "A:b", "", "DIR:name with blanks  ", "x"}),
             .convert = [length](const row_input &input) { return read(input, length); },
             .length = length,
-            .null_element = element_of_length(length + 1)};
+            .null_element = element_of_length(static_cast<int32_t>(static_cast<uint32_t>(length) + 1))};
 }
 
 class character_to_bfile : public testing::Test {
